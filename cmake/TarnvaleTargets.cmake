@@ -1,0 +1,72 @@
+# What every target of ours shares: warnings, sanitizers, the include root and a compiler cache.
+
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    # Precompiled headers can be cached only when their time stamps don't count.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+endif()
+
+find_package(Threads REQUIRED)
+
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    set(TARNVALE_SYSTEM linux)
+else()
+    message(FATAL_ERROR "There is no backend for ${CMAKE_SYSTEM_NAME} yet: it needs its own folders beside linux/")
+endif()
+
+function(tarnvale_target target)
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
+        -Woverloaded-virtual -Wformat=2 -Wno-missing-field-initializers -Werror -fstack-protector-strong)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # GCC 12 sees overlaps in std::string's operator+ that aren't there (GCC bug 105651).
+        target_compile_options(${target} PRIVATE -Wno-restrict)
+    endif()
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts.
+        target_compile_options(${target} PRIVATE -D__cpp_concepts=202002L -Wno-builtin-macro-redefined)
+    endif()
+    if(TARNVALE_SANITIZERS)
+        target_compile_options(${target} PRIVATE -fsanitize=${TARNVALE_SANITIZERS} -fno-sanitize-recover=all
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${TARNVALE_SANITIZERS})
+    endif()
+    target_link_libraries(${target} PRIVATE Threads::Threads)
+endfunction()
+
+# tarnvale_library(name SOURCES ... USES ...): one room of the house. It sees only the rooms that it uses.
+function(tarnvale_library target)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES")
+    add_library(${target} STATIC ${ARG_SOURCES})
+    tarnvale_target(${target})
+    target_link_libraries(${target} PUBLIC ${ARG_USES})
+endfunction()
+
+# tarnvale_test(name SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds] [LOCK name]): one test program, each of
+# its cases a test of ctest. A case that the machine lacks the means for skips itself and says why. Cases with the
+# same LOCK never run side by side.
+function(tarnvale_test target)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT;LOCK" "SOURCES;USES;LABELS")
+    add_executable(${target} ${ARG_SOURCES})
+    tarnvale_target(${target})
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_compile_definitions(${target} PRIVATE TARNVALE_TESTS_FOLDER="${CMAKE_SOURCE_DIR}/tests"
+        TARNVALE_EXECUTABLE="$<TARGET_FILE:tarnvale>")
+    target_link_libraries(${target} PRIVATE ${ARG_USES} GTest::gmock GTest::gtest GTest::gtest_main)
+    target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <string> <vector>)
+    add_dependencies(${target} tarnvale)
+    set(properties SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 60)
+    endif()
+    list(APPEND properties TIMEOUT ${ARG_TIMEOUT})
+    if(ARG_LABELS)
+        list(APPEND properties LABELS "${ARG_LABELS}")
+    endif()
+    if(ARG_LOCK)
+        list(APPEND properties RESOURCE_LOCK "${ARG_LOCK}")
+    endif()
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+endfunction()
