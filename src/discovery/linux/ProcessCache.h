@@ -1,0 +1,41 @@
+#pragma once
+
+#include "discovery/linux/TrackedProcess.h"
+
+#include <chrono>
+#include <cstdint>
+#include <unordered_map>
+
+namespace tarnvale {
+
+/// The processes that scans ask about. Each is read once in a scan, however often it is asked for.
+class ProcessCache {
+public:
+    /// `procFolder` stays open as long as this object lives.
+    explicit ProcessCache(int procFolder)
+        : m_procFolder(procFolder) {}
+
+    /// Begins a scan at `uptime`, the time since boot, and forgets what the last one didn't ask for.
+    void beginScan(std::chrono::nanoseconds uptime);
+
+    /// The process as it is in this scan; null when there is none. Valid until the next `beginScan`.
+    [[nodiscard]] TrackedProcess *find(Pid pid);
+
+    /// It runs services: the system's first process or a user's manager, under systemd.
+    [[nodiscard]] bool isServiceManager(TrackedProcess &process);
+
+private:
+    struct Entry {
+        TrackedProcess process;
+        std::uint64_t scan = 0; ///< in which it was read last
+        bool isAlive = false;
+    };
+
+    int m_procFolder;
+    std::uint64_t m_scan = 0;
+    std::chrono::nanoseconds m_uptime{};
+    std::size_t m_heldOpen = 0;
+    std::unordered_map<Pid, Entry> m_entries;
+};
+
+} // namespace tarnvale

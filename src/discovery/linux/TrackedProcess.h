@@ -1,0 +1,91 @@
+#pragma once
+
+#include "discovery/FileDescriptor.h"
+#include "discovery/linux/ProcStat.h"
+#include "discovery/linux/procFiles.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnvale {
+
+/// One process that the scan follows, known by its pid and start time.
+///
+/// `refresh` reads its `stat` anew. The longer texts are read when they are first asked for and kept as long
+/// as `stat` shows no trace of the process having run; a process that changes none of the counters can still
+/// have changed its folder, so each text is read again after a few scans in any case.
+class TrackedProcess {
+public:
+    /// `procFolder` stays open as long as this object lives.
+    TrackedProcess(int procFolder, Pid pid)
+        : m_procFolder(procFolder)
+        , m_pid(pid) {}
+
+    /// Reads `stat` at `uptime`, the time since boot; false when the process has gone. `mayKeepOpen`: the file
+    /// may stay open for the next time.
+    bool refresh(std::uint64_t scan, std::chrono::nanoseconds uptime, bool mayKeepOpen);
+
+    [[nodiscard]] Pid pid() const { return m_pid; }
+    [[nodiscard]] const ProcStat &stat() const { return m_stat; }
+    [[nodiscard]] bool isHeldOpen() const { return m_statFile.isOpen(); }
+
+    /// The process's short name, made whole where the kernel cut it.
+    [[nodiscard]] const std::string &command();
+
+    /// The command line in one text, at most 256 KiB of it; "[comm]" when it is empty.
+    [[nodiscard]] const std::string &args();
+
+    /// The words of the command line, at most 64 KiB of it, as bytes. Read anew at each call.
+    [[nodiscard]] std::vector<std::string_view> words();
+
+    /// The working directory; nothing when it can't be read.
+    [[nodiscard]] const std::optional<std::string> &cwd();
+
+    /// The executable's path; empty when it can't be read.
+    [[nodiscard]] const std::string &executable();
+
+    /// The path of its control group; empty when it can't be read.
+    [[nodiscard]] const std::string &cgroup();
+
+    /// Resident size in kilobytes.
+    [[nodiscard]] std::int64_t memoryKB();
+
+    /// Percent of one processor between the last two readings; since its start at the first.
+    [[nodiscard]] double cpu() const { return m_cpu; }
+
+    /// How long it has run.
+    [[nodiscard]] std::chrono::nanoseconds age() const;
+
+    /// Its start, as the time since boot.
+    [[nodiscard]] std::chrono::milliseconds start() const;
+
+private:
+    bool readStat(bool mayKeepOpen);
+    void forgetTexts();
+    void findLivingThread();
+    [[nodiscard]] ProcPath path(std::string_view name) const { return {m_pid, name, m_livingThread}; }
+    void measure(bool isNew);
+
+    int m_procFolder;
+    Pid m_pid;
+    Pid m_livingThread = 0; ///< stands in for a first thread that has ended; 0 while it lives
+    FileDescriptor m_statFile;
+    ProcStat m_stat;
+    std::chrono::nanoseconds m_readAt{};
+    std::chrono::nanoseconds m_sampledAt{};
+    std::uint64_t m_sampledTicks = 0;
+    double m_cpu = 0;
+    std::optional<std::string> m_command;
+    std::string m_words; ///< what `words` points into
+    std::optional<std::string> m_args;
+    std::optional<std::optional<std::string>> m_cwd;
+    std::optional<std::string> m_executable;
+    std::optional<std::string> m_cgroup;
+    std::optional<std::int64_t> m_memoryKB;
+};
+
+} // namespace tarnvale
