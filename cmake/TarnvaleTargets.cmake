@@ -26,7 +26,7 @@ function(tarnvale_target target)
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts.
-        target_compile_options(${target} PRIVATE -D__cpp_concepts=202002L -Wno-builtin-macro-redefined)
+        target_compile_options(${target} PRIVATE -D__cpp_concepts=202002L -Wno-macro-redefined)
     endif()
     if(TARNVALE_SANITIZERS)
         target_compile_options(${target} PRIVATE -fsanitize=${TARNVALE_SANITIZERS} -fno-sanitize-recover=all

@@ -17,8 +17,8 @@ namespace {
 std::string modulePath() {
     const std::string folder(parentPath(executablePath()));
     // TARNVALE_MODULE_FOLDER leads from the folder of the executable to that of the module, as installed.
-    for (const std::string &path : {folder + "/libtarnvale-app.so",
-                                    folder + "/" TARNVALE_MODULE_FOLDER "/libtarnvale-app.so"})
+    for (const std::string &path :
+         {folder + "/libtarnvale-app.so", folder + "/" TARNVALE_MODULE_FOLDER "/libtarnvale-app.so"})
         if (access(path.c_str(), R_OK) == 0)
             return path;
     return {};

@@ -174,7 +174,8 @@ std::string portTable(const std::vector<ListeningPort> &ports, Instant now) {
     for (const ListeningPort &port : ports) {
         const std::string up =
             port.startedAt ? formatUptime(std::chrono::duration<double>(now - *port.startedAt).count()) : "-";
-        table += row(":" + std::to_string(port.port), std::to_string(port.pid), up, port.title(), commandCell(port));
+        table += row(":" + std::to_string(port.port), std::to_string(port.pid), up, port.title(),
+                     commandCell(port));
     }
     return table;
 }
@@ -182,7 +183,8 @@ std::string portTable(const std::vector<ListeningPort> &ports, Instant now) {
 std::string formatUptime(double seconds) {
     constexpr double longest = 1e15; // beyond that a double counts no seconds, and a NaN counts none at all
     const auto age = static_cast<std::int64_t>(seconds > 0 ? std::min(seconds, longest) : 0);
-    const auto two = [](std::int64_t first, const char *firstUnit, std::int64_t second, const char *secondUnit) {
+    const auto two = [](std::int64_t first, const char *firstUnit, std::int64_t second,
+                        const char *secondUnit) {
         return std::to_string(first) + firstUnit + " " + std::to_string(second) + secondUnit;
     };
     if (age >= 86400)

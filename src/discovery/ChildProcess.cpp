@@ -12,8 +12,6 @@
 #include <sys/wait.h>
 #include <thread>
 
-extern char **environ;
-
 namespace tarnvale {
 
 namespace {
@@ -97,9 +95,9 @@ ChildProcess ChildProcess::start(const std::string &path, const std::vector<std:
 }
 
 ChildProcess::ChildProcess(ChildProcess &&other) noexcept
-    : m_pid(std::exchange(other.m_pid, -1))
-    , m_isReaped(other.m_isReaped)
-    , m_handle(std::move(other.m_handle)) {}
+    : m_pid(std::exchange(other.m_pid, -1)),
+      m_isReaped(other.m_isReaped),
+      m_handle(std::move(other.m_handle)) {}
 
 ChildProcess::~ChildProcess() {
     if (m_pid > 0 && !reap(WNOHANG))
@@ -122,7 +120,8 @@ bool ChildProcess::waitUntil(std::chrono::steady_clock::time_point deadline) {
     constexpr std::int64_t longestNap = 60'000;
     constexpr std::int64_t napWithoutHandle = 10;
     while (m_pid > 0 && !reap(WNOHANG)) {
-        const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+        const auto left =
+            std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now()).count();
         if (left <= 0)
             return false;
         pollfd ended{.fd = m_handle.get(), .events = POLLIN, .revents = 0};

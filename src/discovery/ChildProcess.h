@@ -14,17 +14,20 @@ namespace tarnvale {
 class ChildProcess {
 public:
     struct Setup {
-        int output = -1; ///< becomes standard output; -1 is the null device
+        int output = -1;          ///< becomes standard output; -1 is the null device
         bool mergesError = false; ///< standard error joins `output`, else goes to the null device
         bool newSession = false;
     };
 
-    /// Starts the file at `path` with `arguments` behind its own name, the inherited environment and no input.
-    [[nodiscard]] static ChildProcess start(const std::string &path, const std::vector<std::string> &arguments,
-                                            const Setup &setup);
+    /// Starts the file at `path` with `arguments` behind its own name, the inherited environment and no
+    /// input.
+    [[nodiscard]] static ChildProcess start(const std::string &path,
+                                            const std::vector<std::string> &arguments, const Setup &setup);
 
     ChildProcess(ChildProcess &&other) noexcept;
+    ChildProcess(const ChildProcess &) = delete;
     ChildProcess &operator=(ChildProcess &&) = delete;
+    ChildProcess &operator=(const ChildProcess &) = delete;
     ~ChildProcess();
 
     [[nodiscard]] bool isStarted() const { return m_pid > 0 || m_isReaped; }

@@ -9,10 +9,8 @@ namespace tarnvale {
 class FileDescriptor {
 public:
     FileDescriptor() = default;
-    explicit FileDescriptor(int fd)
-        : m_fd(fd) {}
-    FileDescriptor(FileDescriptor &&other) noexcept
-        : m_fd(std::exchange(other.m_fd, -1)) {}
+    explicit FileDescriptor(int fd) : m_fd(fd) {}
+    FileDescriptor(FileDescriptor &&other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
     FileDescriptor &operator=(FileDescriptor &&other) noexcept {
         std::swap(m_fd, other.m_fd);
         return *this;

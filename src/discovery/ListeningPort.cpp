@@ -15,9 +15,11 @@ constexpr std::array<std::string_view, 5> containerRuntimeFragments{"docker", "v
                                                                     "podman"};
 
 constexpr std::array<std::string_view, 17> noiseFragments{
-    "gradledaemon",  "kotlincompiledaemon", "code helper", "cursor helper",  "language-server", "languageserver",
-    "langserver",    "devsense",            "intelephense", "jetbrains",     "intellij",        "phpstorm",
-    "webstorm",      "sourcekit-lsp",       "rust-analyzer", "gopls",        "tsserver"};
+    "gradledaemon",    "kotlincompiledaemon", "code helper",   "cursor helper",
+    "language-server", "languageserver",      "langserver",    "devsense",
+    "intelephense",    "jetbrains",           "intellij",      "phpstorm",
+    "webstorm",        "sourcekit-lsp",       "rust-analyzer", "gopls",
+    "tsserver"};
 
 constexpr std::array<std::string_view, 2> brewPrefixes{"sh.brew.", "homebrew.mxcl."};
 
@@ -122,9 +124,24 @@ std::string ListeningPort::title() const {
     return hasProject() ? *projectName() : displayName();
 }
 
+void sortUnique(std::vector<Pid> &pids) {
+    std::sort(pids.begin(), pids.end());
+    pids.erase(std::unique(pids.begin(), pids.end()), pids.end());
+}
+
+std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports) {
+    std::vector<Pid> pids;
+    pids.reserve(ports.size());
+    for (const ListeningPort &port : ports)
+        pids.push_back(port.pid);
+    sortUnique(pids);
+    return pids;
+}
+
 } // namespace tarnvale
 
-std::size_t std::hash<tarnvale::ListeningPort>::operator()(const tarnvale::ListeningPort &port) const noexcept {
+std::size_t
+std::hash<tarnvale::ListeningPort>::operator()(const tarnvale::ListeningPort &port) const noexcept {
     std::size_t seed = 0;
     const auto mix = [&seed](const auto &field) {
         const std::size_t value = std::hash<std::decay_t<decltype(field)>>{}(field);

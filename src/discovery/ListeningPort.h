@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace tarnvale {
 
@@ -24,19 +25,20 @@ enum class ServiceManager : std::uint8_t {
 /// One process on one TCP port. A value that lives from one scan to the next.
 struct ListeningPort {
     Pid pid = 0;
-    std::string command;                 ///< the process's own short name, never cut
-    std::int64_t port = 0;               ///< as listed, without a range check
-    bool isExposed = false;              ///< at least one socket is bound to more than loopback
-    std::optional<std::string> cwd;      ///< working directory, an absolute path
+    std::string command;            ///< the process's own short name, never cut
+    std::int64_t port = 0;          ///< as listed, without a range check
+    bool isExposed = false;         ///< at least one socket is bound to more than loopback
+    std::optional<std::string> cwd; ///< working directory, an absolute path
     std::optional<Instant> startedAt;
-    std::optional<std::string> args;     ///< the command line, its words joined by blanks
-    std::optional<std::string> service;  ///< launchd label or systemd unit
+    std::optional<std::string> args;      ///< the command line, its words joined by blanks
+    std::optional<std::string> service;   ///< launchd label or systemd unit
     std::optional<std::string> container; ///< "{name} · {image}" of the container that publishes the port
-    std::optional<double> cpu;           ///< percent of one processor
+    std::optional<double> cpu;            ///< percent of one processor
     std::optional<std::int64_t> memoryKB; ///< resident size in kilobytes
-    std::optional<Pid> workerPID;        ///< the child that holds the socket when `pid` is an `artisan serve`
-    std::optional<std::string> hostApp;  ///< the application that started it: a ".app" bundle or a desktop file
-    std::optional<std::string> agent;    ///< the coding agent that started it: "Claude Code" or "Codex"
+    std::optional<Pid> workerPID; ///< the child that holds the socket when `pid` is an `artisan serve`
+    std::optional<std::string>
+        hostApp;                      ///< the application that started it: a ".app" bundle or a desktop file
+    std::optional<std::string> agent; ///< the coding agent that started it: "Claude Code" or "Codex"
     ServiceManager serviceManager = ServiceManager::launchd; ///< means something only with `service`
 
     /// "{pid}:{port}": the identity of a row, and the key of every per-port map.
@@ -68,6 +70,12 @@ struct ListeningPort {
 
     bool operator==(const ListeningPort &) const = default;
 };
+
+/// Sorts `pids` and drops repeated ones.
+void sortUnique(std::vector<Pid> &pids);
+
+/// The processes of `ports`, sorted, each once.
+[[nodiscard]] std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports);
 
 } // namespace tarnvale
 

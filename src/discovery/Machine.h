@@ -5,7 +5,6 @@
 #include "discovery/ProcessDetails.h"
 #include "discovery/processTree.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -31,12 +30,6 @@ using ServiceLabels = std::unordered_map<Pid, ServiceLabel>;
 
 /// From a published host port to "{name} · {image}".
 using ContainerMap = std::unordered_map<std::int64_t, std::string>;
-
-/// Sorts `pids` and drops repeated ones.
-inline void sortUnique(std::vector<Pid> &pids) {
-    std::sort(pids.begin(), pids.end());
-    pids.erase(std::unique(pids.begin(), pids.end()), pids.end());
-}
 
 /// What a scan asks of the operating system: the one seam between the pipeline and the machine.
 ///
@@ -65,7 +58,8 @@ public:
     /// The working directories of those of `pids` that can be read.
     [[nodiscard]] virtual WorkingDirectories workingDirectories(const std::vector<Pid> &pids) = 0;
 
-    /// The services whose own process, the one that the manager started, is among `pids`. Others may be there.
+    /// The services whose own process, the one that the manager started, is among `pids`. Others may be
+    /// there.
     [[nodiscard]] virtual ServiceLabels serviceLabels(const std::vector<Pid> &pids) = 0;
 
     /// The running containers' published ports. Asked only when `proxies` isn't empty.

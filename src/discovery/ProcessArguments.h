@@ -22,9 +22,10 @@ struct Info {
 /// has no arguments (a kernel thread, a zombie). Any thread.
 [[nodiscard]] std::optional<Info> read(Pid pid);
 
-/// The two lists in a reply of the Mac kernel's `KERN_PROCARGS2` (sys/sysctl.h): a 32-bit count in native byte
-/// order, the executable's path, padding of NULs, the arguments and the environment, each NUL-terminated, up
-/// to the first empty string. Nothing when the reply holds fewer strings than the count says.
+/// The two lists in a reply of the Mac kernel's `KERN_PROCARGS2` (sys/sysctl.h): a 32-bit count in native
+/// byte order, the executable's path, padding of NULs, the arguments and the environment, each
+/// NUL-terminated, up to the first empty string. Nothing when the reply holds fewer strings than the count
+/// says.
 [[nodiscard]] std::optional<Info> parse(std::string_view bytes);
 
 /// Adds "KEY=value" to an environment; a text without "=" is skipped, a repeated key keeps the later value.

@@ -42,8 +42,7 @@ std::optional<std::string> appBundle(std::string_view path) {
     return std::string(path.substr(0, found + suffix.size()));
 }
 
-StockToolsMachine::StockToolsMachine(Paths paths)
-    : m_paths(std::move(paths)) {}
+StockToolsMachine::StockToolsMachine(Paths paths) : m_paths(std::move(paths)) {}
 
 StockToolsMachine::StockToolsMachine()
     : m_paths{.lsof = firstExecutable({"/usr/sbin/lsof", "/usr/bin/lsof"}).value_or("/usr/sbin/lsof"),

@@ -11,6 +11,7 @@ namespace tarnvale {
 
 /// The coding agent that a process is, by its executable's path or, for a runtime, by the first three words
 /// of its command line; nothing for any other process.
-[[nodiscard]] std::optional<std::string> detectAgent(std::string_view path, const std::optional<std::string> &args);
+[[nodiscard]] std::optional<std::string> detectAgent(std::string_view path,
+                                                     const std::optional<std::string> &args);
 
 } // namespace tarnvale

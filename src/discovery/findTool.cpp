@@ -10,7 +10,7 @@ namespace tarnvale {
 
 std::optional<std::string> firstExecutable(const std::vector<std::string> &paths) {
     for (const std::string &path : paths) {
-        struct stat status{};
+        struct stat status {};
         if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0)
             return path;
     }

@@ -12,8 +12,8 @@ namespace tarnvale {
 /// The user's home folder: `$HOME`, else the one of the password database, else "/".
 [[nodiscard]] std::string homeFolder();
 
-/// The folders in which this kind of system keeps outside tools (docker, brew, the tunnels), beyond those that
-/// are searched everywhere, best first.
+/// The folders in which this kind of system keeps outside tools (docker, brew, the tunnels), beyond those
+/// that are searched everywhere, best first.
 [[nodiscard]] std::vector<std::string> systemToolFolders(const std::string &home);
 
 } // namespace tarnvale

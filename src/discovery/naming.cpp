@@ -17,8 +17,9 @@ constexpr std::array<std::string_view, 8> genericFolderNames{"bin",    "sbin",  
 
 const std::unordered_set<std::string_view> &knownServiceCommands() {
     static const std::unordered_set<std::string_view> commands{
-        "postgres", "mysqld",  "mariadbd", "redis-server", "valkey-server", "mongod", "memcached", "ollama",
-        "mailpit",  "mailhog", "meilisearch", "minio",     "caddy",         "httpd",  "nginx"};
+        "postgres",    "mysqld",    "mariadbd", "redis-server", "valkey-server",
+        "mongod",      "memcached", "ollama",   "mailpit",      "mailhog",
+        "meilisearch", "minio",     "caddy",    "httpd",        "nginx"};
     return commands;
 }
 
@@ -68,7 +69,8 @@ bool isKnownServiceCommand(std::string_view command) {
 }
 
 bool isGenericFolderName(std::string_view name) {
-    return std::find(genericFolderNames.begin(), genericFolderNames.end(), name) != genericFolderNames.end() ||
+    return std::find(genericFolderNames.begin(), genericFolderNames.end(), name) !=
+               genericFolderNames.end() ||
            isVersionNumber(name);
 }
 

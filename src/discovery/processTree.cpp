@@ -39,9 +39,7 @@ ProcessDetailsMap runtimeDetails(const std::vector<std::vector<Pid>> &chains, co
 class OriginFinder {
 public:
     OriginFinder(const ProcessTable &table, const ProcessDetailsMap &details, Machine &machine)
-        : m_table(table)
-        , m_details(details)
-        , m_machine(machine) {}
+        : m_table(table), m_details(details), m_machine(machine) {}
 
     /// The nearest agent in the chain.
     std::optional<std::string> agent(const std::vector<Pid> &chain) {
@@ -68,9 +66,9 @@ private:
         const auto [answer, isNew] = m_agents.try_emplace(pid);
         if (isNew) {
             const auto details = m_details.find(pid);
-            answer->second = detectAgent(m_table.at(pid).path, details == m_details.end()
-                                                                   ? std::nullopt
-                                                                   : std::optional(details->second.args));
+            answer->second =
+                detectAgent(m_table.at(pid).path,
+                            details == m_details.end() ? std::nullopt : std::optional(details->second.args));
         }
         return answer->second;
     }
@@ -120,13 +118,10 @@ std::vector<Pid> ancestorChain(Pid pid, const ProcessTable &table) {
 }
 
 void attributeProcessTree(std::vector<ListeningPort> &ports, Machine &machine) {
-    std::vector<Pid> pids;
-    for (const ListeningPort &port : ports)
-        pids.push_back(port.pid);
-    sortUnique(pids);
-    const ProcessTable table = machine.processTable(pids);
+    const ProcessTable table = machine.processTable(pidsOf(ports));
 
     std::vector<std::vector<Pid>> chains;
+    chains.reserve(ports.size());
     for (const ListeningPort &port : ports)
         chains.push_back(ancestorChain(port.pid, table));
     const ProcessDetailsMap details = runtimeDetails(chains, table, machine);

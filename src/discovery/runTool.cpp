@@ -44,8 +44,8 @@ bool readUntil(int pipe, Clock::time_point deadline, std::string &output) {
 
 } // namespace
 
-std::string runTool(const std::string &path, const std::vector<std::string> &arguments, bool mergeStandardError,
-                    milliseconds timeout) {
+std::string runTool(const std::string &path, const std::vector<std::string> &arguments,
+                    bool mergeStandardError, milliseconds timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)

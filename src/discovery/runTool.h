@@ -10,8 +10,8 @@ namespace tarnvale {
 /// output as valid UTF-8; empty when it can't be started. Its exit status plays no part.
 ///
 /// Standard error goes into the same text with `mergeStandardError`, else nowhere. A tool that hasn't ended
-/// and closed its output after `timeout` is sent SIGTERM, and whatever arrived counts. The call returns within
-/// `timeout` and a second, whatever the tool does:
+/// and closed its output after `timeout` is sent SIGTERM, and whatever arrived counts. The call returns
+/// within `timeout` and a second, whatever the tool does:
 /// - a child that it left behind with the output still open is waited for until `timeout`, then left alone;
 /// - a tool that ignores SIGTERM is left running, with nobody reading: its next write ends it with SIGPIPE,
 ///   unless it ignores that too;

@@ -20,17 +20,10 @@ struct Findings {
     Instant now;
 };
 
-template<typename Map> std::optional<typename Map::mapped_type> valueOf(const Map &map, typename Map::key_type key) {
+template<typename Map>
+std::optional<typename Map::mapped_type> valueOf(const Map &map, typename Map::key_type key) {
     const auto entry = map.find(key);
     return entry == map.end() ? std::nullopt : std::optional(entry->second);
-}
-
-std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports) {
-    std::vector<Pid> pids;
-    for (const ListeningPort &port : ports)
-        pids.push_back(port.pid);
-    sortUnique(pids);
-    return pids;
 }
 
 /// The parents of `details`, without the kernel and the first process.

@@ -46,7 +46,7 @@ std::optional<Pid> ForeignOwners::ownerOf(const Listener &listener, const std::v
 std::vector<TrackedProcess *> ForeignOwners::candidates(const std::optional<std::string> &group,
                                                         const std::vector<Pid> &refused) {
     std::vector<TrackedProcess *> possible;
-    for (const Pid pid : group && *group != "/" ? m_cgroups.processes(*group) : refused)
+    for (const Pid pid : group &&*group != "/" ? m_cgroups.processes(*group) : refused)
         if (std::binary_search(refused.begin(), refused.end(), pid))
             if (TrackedProcess *process = m_processes.find(pid))
                 possible.push_back(process);

@@ -19,8 +19,7 @@ namespace tarnvale {
 class ForeignOwners {
 public:
     ForeignOwners(ProcessCache &processes, CgroupTree &cgroups)
-        : m_processes(processes)
-        , m_cgroups(cgroups) {}
+        : m_processes(processes), m_cgroups(cgroups) {}
 
     /// `refused`, sorted, are the processes whose descriptors can't be seen: only they come into question.
     [[nodiscard]] std::optional<Pid> ownerOf(const Listener &listener, const std::vector<Pid> &refused);

@@ -3,6 +3,7 @@
 #include "discovery/SocketMerger.h"
 #include "discovery/docker.h"
 #include "discovery/executablePath.h"
+#include "discovery/linux/ContainerAnswer.h"
 #include "discovery/linux/DesktopEntries.h"
 #include "discovery/linux/ForeignOwners.h"
 #include "discovery/linux/ProcessCache.h"
@@ -36,51 +37,28 @@ std::string findCgroupMount() {
     return parseCgroupMount(mounts);
 }
 
-/// The last answer of docker, asked for again when the proxies have changed or it has grown old.
-class ContainerAnswer {
-public:
-    /// What a set of proxies is known by: the pid, start and port of each.
-    using Key = std::vector<std::tuple<Pid, std::optional<Instant>, std::int64_t>>;
-
-    const ContainerMap &get(Key key, nanoseconds now, const std::function<ContainerMap()> &ask) {
-        if (key != m_key || now >= m_expires) {
-            m_containers = ask();
-            const bool isComplete = std::all_of(key.begin(), key.end(), [&](const auto &proxy) {
-                return m_containers.contains(std::get<std::int64_t>(proxy));
-            });
-            m_expires = now + (isComplete ? 60s : 10s);
-            m_key = std::move(key);
-        }
-        return m_containers;
-    }
-
-private:
-    Key m_key;
-    nanoseconds m_expires{};
-    ContainerMap m_containers;
-};
-
 } // namespace
 
 LinuxSources LinuxSources::machine() {
-    return {.cgroupMount = std::nullopt,
-            .applicationFolders = tarnvale::applicationFolders(),
-            .ownExecutable = executablePath(),
-            .uptime = bootClock,
-            .wallClock =
-                [] { return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()); },
-            .dockerPorts = queryDockerPorts};
+    return {
+        .cgroupMount = std::nullopt,
+        .applicationFolders = tarnvale::applicationFolders(),
+        .ownExecutable = executablePath(),
+        .uptime = bootClock,
+        .wallClock =
+            [] { return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()); },
+        .dockerPorts = queryDockerPorts};
 }
 
 struct LinuxMachine::State {
     explicit State(LinuxSources given)
-        : sources(std::move(given))
-        , procFolder(openFolderAt(AT_FDCWD, sources.procFolder.c_str()))
-        , cgroups(sources.cgroupMount ? *sources.cgroupMount : findCgroupMount())
-        , holders(procFolder.get())
-        , processes(procFolder.get())
-        , foreignOwners(processes, cgroups)
-        , desktopEntries(sources.applicationFolders) {}
+        : sources(std::move(given)),
+          procFolder(openFolderAt(AT_FDCWD, sources.procFolder.c_str())),
+          cgroups(sources.cgroupMount ? *sources.cgroupMount : findCgroupMount()),
+          holders(procFolder.get()),
+          processes(procFolder.get()),
+          foreignOwners(processes, cgroups),
+          desktopEntries(sources.applicationFolders) {}
 
     void beginScan();
     std::vector<Listener> listeners();
@@ -100,7 +78,7 @@ struct LinuxMachine::State {
     ForeignOwners foreignOwners;
     DesktopEntries desktopEntries;
     ContainerAnswer containers;
-    std::optional<Instant> bootTime;
+    Instant bootTime{};
 };
 
 void LinuxMachine::State::beginScan() {
@@ -110,7 +88,7 @@ void LinuxMachine::State::beginScan() {
     desktopEntries.beginScan();
     // One moment of boot for all scans, so that a start time is the same each time, until the clock is set.
     const Instant measured = sources.wallClock() - std::chrono::floor<std::chrono::milliseconds>(uptime);
-    if (!bootTime || std::chrono::abs(measured - *bootTime) > 2s)
+    if (std::chrono::abs(measured - bootTime) > 2s)
         bootTime = measured;
 }
 
@@ -155,9 +133,10 @@ void LinuxMachine::State::addOwners(const Listener &listener, SocketMerger &merg
         merger.add(*owner, processes.find(*owner)->command(), listener.port, !listener.isLoopback);
 }
 
-/// A socket that waits for its first connection: its unit stands for it. A manager must never look like a plain
-/// process that may be stopped, so without a unit the socket is left out.
-void LinuxMachine::State::addWaiting(const Listener &listener, TrackedProcess &manager, SocketMerger &merger) {
+/// A socket that waits for its first connection: its unit stands for it. A manager must never look like a
+/// plain process that may be stopped, so without a unit the socket is left out.
+void LinuxMachine::State::addWaiting(const Listener &listener, TrackedProcess &manager,
+                                     SocketMerger &merger) {
     const auto group = listener.cgroup ? cgroups.path(*listener.cgroup) : std::nullopt;
     const std::string unit(unitOfCgroup(group.value_or(std::string())));
     if (unit.ends_with(".socket"))
@@ -166,7 +145,7 @@ void LinuxMachine::State::addWaiting(const Listener &listener, TrackedProcess &m
 }
 
 Instant LinuxMachine::State::startOf(const TrackedProcess &process) const {
-    return *bootTime + process.start();
+    return bootTime + process.start();
 }
 
 ProcessDetails LinuxMachine::State::detailsOf(TrackedProcess &process) const {
@@ -193,11 +172,9 @@ std::string LinuxMachine::State::ownPath() {
     return desktopEntries.findById(std::string(ownId)).value_or(std::string(ownId));
 }
 
-LinuxMachine::LinuxMachine()
-    : LinuxMachine(LinuxSources::machine()) {}
+LinuxMachine::LinuxMachine() : LinuxMachine(LinuxSources::machine()) {}
 
-LinuxMachine::LinuxMachine(LinuxSources sources)
-    : m_state(std::make_unique<State>(std::move(sources))) {
+LinuxMachine::LinuxMachine(LinuxSources sources) : m_state(std::make_unique<State>(std::move(sources))) {
     m_state->beginScan();
 }
 
@@ -253,7 +230,8 @@ ContainerMap LinuxMachine::containers(const std::vector<ListeningPort> &proxies)
     ContainerAnswer::Key key;
     for (const ListeningPort &proxy : proxies) {
         const TrackedProcess *process = m_state->processes.find(proxy.pid);
-        key.emplace_back(proxy.pid, process ? std::optional(m_state->startOf(*process)) : std::nullopt, proxy.port);
+        key.emplace_back(proxy.pid, process ? std::optional(m_state->startOf(*process)) : std::nullopt,
+                         proxy.port);
     }
     return m_state->containers.get(std::move(key), m_state->sources.uptime(), m_state->sources.dockerPorts);
 }

@@ -25,9 +25,9 @@ struct LinuxSources {
     [[nodiscard]] static LinuxSources machine();
 };
 
-/// The machine as the Linux kernel tells it: sockets over netlink, everything else from the process file system
-/// and the control groups. No tool is run but docker, and that only when its proxies have changed or a minute
-/// has passed.
+/// The machine as the Linux kernel tells it: sockets over netlink, everything else from the process file
+/// system and the control groups. No tool is run but docker, and that only when its proxies have changed or a
+/// minute has passed.
 ///
 /// It remembers which process holds which socket, and confirms it at every scan; the second and later scans
 /// cost in proportion to the listeners.
@@ -35,6 +35,8 @@ class LinuxMachine : public Machine {
 public:
     LinuxMachine();
     explicit LinuxMachine(LinuxSources sources);
+    LinuxMachine(const LinuxMachine &) = delete;
+    LinuxMachine &operator=(const LinuxMachine &) = delete;
     ~LinuxMachine() override;
 
     std::vector<ListeningPort> listeningSockets() override;

@@ -38,7 +38,8 @@ private:
 
 } // namespace
 
-// Sample, a process named "a) b": "42 (a) b) S 1 42 42 0 -1 4194560 139 0 0 0 3 1 0 0 20 0 1 0 5120 9043968 1093 …"
+// Sample, a process named "a) b": "42 (a) b) S 1 42 42 0 -1 4194560 139 0 0 0 3 1 0 0 20 0 1 0 5120 9043968
+// 1093 …"
 std::optional<ProcStat> parseProcStat(std::string_view content) {
     const std::size_t open = content.find('(');
     const std::size_t close = content.rfind(')');

@@ -12,8 +12,7 @@ namespace tarnvale {
 class ProcessCache {
 public:
     /// `procFolder` stays open as long as this object lives.
-    explicit ProcessCache(int procFolder)
-        : m_procFolder(procFolder) {}
+    explicit ProcessCache(int procFolder) : m_procFolder(procFolder) {}
 
     /// Begins a scan at `uptime`, the time since boot, and forgets what the last one didn't ask for.
     void beginScan(std::chrono::nanoseconds uptime);

@@ -39,7 +39,8 @@ std::optional<std::uint64_t> cgroupAttribute(std::span<const std::byte> attribut
         const auto header = valueAt<rtattr>(attributes);
         if (header.rta_len < sizeof(rtattr) || header.rta_len > attributes.size())
             break;
-        if (header.rta_type == INET_DIAG_CGROUP_ID && header.rta_len >= sizeof(rtattr) + sizeof(std::uint64_t))
+        if (header.rta_type == INET_DIAG_CGROUP_ID &&
+            header.rta_len >= sizeof(rtattr) + sizeof(std::uint64_t))
             return valueAt<std::uint64_t>(attributes.subspan(sizeof(rtattr)));
         attributes = attributes.subspan(std::min(aligned(header.rta_len), attributes.size()));
     }
@@ -61,7 +62,8 @@ std::optional<Listener> parseListener(std::span<const std::byte> payload) {
 
 } // namespace
 
-std::expected<DumpState, DumpError> parseSocketDiag(std::span<const std::byte> datagram, std::uint32_t sequence,
+std::expected<DumpState, DumpError> parseSocketDiag(std::span<const std::byte> datagram,
+                                                    std::uint32_t sequence,
                                                     std::vector<Listener> &listeners) {
     bool isInterrupted = false;
     while (datagram.size() >= sizeof(nlmsghdr)) {
@@ -130,7 +132,8 @@ bool SocketDiag::dump(std::uint8_t family, std::vector<Listener> &listeners) {
     }
 }
 
-std::expected<DumpState, DumpError> SocketDiag::dumpOnce(std::uint8_t family, std::vector<Listener> &listeners) {
+std::expected<DumpState, DumpError> SocketDiag::dumpOnce(std::uint8_t family,
+                                                         std::vector<Listener> &listeners) {
     if (!request(family))
         return std::unexpected(DumpError::refused);
     bool isInterrupted = false;

@@ -15,7 +15,8 @@ struct Listener {
     std::uint16_t port = 0;
     bool isLoopback = false; ///< bound to 127.0.0.0/8, ::1 or a mapped loopback address
     std::uint64_t inode = 0; ///< ties the socket to the processes that hold it; 0 for one of the kernel's own
-    std::optional<std::uint64_t> cgroup; ///< id of the control group in which it was made; older kernels lack it
+    std::optional<std::uint64_t>
+        cgroup; ///< id of the control group in which it was made; older kernels lack it
 
     bool operator==(const Listener &) const = default;
 };

@@ -1,6 +1,5 @@
 #include "discovery/linux/SocketHolders.h"
 
-#include "discovery/Machine.h"
 #include "discovery/text.h"
 
 #include <algorithm>
@@ -97,7 +96,8 @@ std::vector<WalkedProcess> SocketHolders::takeNewProcesses() {
             ++before;
         const bool wasThere = before != m_processes.end() && before->entry == entry;
         const bool isKernelThread = std::binary_search(kernel.begin(), kernel.end(), entry.pid);
-        listed.push_back(wasThere ? *before : WalkedProcess{.entry = entry, .isKernelThread = isKernelThread});
+        listed.push_back(wasThere ? *before
+                                  : WalkedProcess{.entry = entry, .isKernelThread = isKernelThread});
         if (!wasThere && !isKernelThread)
             added.push_back(listed.back());
     }
@@ -142,8 +142,8 @@ void SocketHolders::searchGroups(const std::vector<Listener> &listeners, CgroupT
         if (!path || *path == "/")
             continue;
         for (const Pid pid : cgroups.processes(*path))
-            if (const WalkedProcess *process = known(pid); process != nullptr && !process->isRefused &&
-                                                           !isWalked(pid))
+            if (const WalkedProcess *process = known(pid);
+                process != nullptr && !process->isRefused && !isWalked(pid))
                 candidates.push_back(*process);
     }
     walk(candidates);
@@ -180,11 +180,10 @@ void SocketHolders::audit() {
     for (std::size_t i = 0; i < count && descriptors < mostDescriptors; ++i) {
         m_auditPosition = (m_auditPosition + 1) % m_processes.size();
         const WalkedProcess &process = m_processes[m_auditPosition];
-        struct stat table{};
+        struct stat table {};
         if (process.descriptors > 0 && !process.isRefused &&
             fstatat(m_procFolder, ProcPath(process.entry.pid, "fd").get(), &table, 0) == 0 &&
-            table.st_size != process.descriptors &&
-            !isWalked(process.entry.pid)) {
+            table.st_size != process.descriptors && !isWalked(process.entry.pid)) {
             changed.push_back(process);
             descriptors += process.descriptors;
         }

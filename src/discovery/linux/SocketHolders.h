@@ -14,20 +14,19 @@ namespace tarnvale {
 
 /// Which processes hold which listening sockets.
 ///
-/// A socket is held by a set of processes: forked workers inherit it. A holder counts only when its descriptor
-/// was seen to mean that very socket during the last `update`, so a pid or a descriptor that has passed to
-/// something else never lies.
+/// A socket is held by a set of processes: forked workers inherit it. A holder counts only when its
+/// descriptor was seen to mean that very socket during the last `update`, so a pid or a descriptor that has
+/// passed to something else never lies.
 ///
 /// The first update looks through the descriptors of every process. Later ones confirm what is known with one
 /// look each and search for the rest where it is likely: in processes that are new, then in the control group
 /// that made the socket, then everywhere. A socket that even then has no holder is searched for everywhere
-/// again only after ever more updates. Old processes are looked through again in turn when the number of their
-/// descriptors has changed, since one can be handed a socket late.
+/// again only after ever more updates. Old processes are looked through again in turn when the number of
+/// their descriptors has changed, since one can be handed a socket late.
 class SocketHolders {
 public:
     /// `procFolder` stays open as long as this object lives.
-    explicit SocketHolders(int procFolder)
-        : m_procFolder(procFolder) {}
+    explicit SocketHolders(int procFolder) : m_procFolder(procFolder) {}
 
     /// Brings the holders of `listeners` up to date.
     void update(const std::vector<Listener> &listeners, CgroupTree &cgroups);
@@ -60,10 +59,10 @@ private:
 
     int m_procFolder;
     std::uint64_t m_update = 0;
-    std::vector<std::uint64_t> m_inodes; ///< listed in this update, sorted
-    std::vector<Holder> m_holders;       ///< sorted
+    std::vector<std::uint64_t> m_inodes;    ///< listed in this update, sorted
+    std::vector<Holder> m_holders;          ///< sorted
     std::vector<WalkedProcess> m_processes; ///< by pid
-    std::vector<Pid> m_walked;           ///< in this update
+    std::vector<Pid> m_walked;              ///< in this update
     std::vector<Pid> m_refused;
     std::unordered_map<std::uint64_t, Search> m_searches;
     std::optional<std::int64_t> m_lastPid;

@@ -27,12 +27,14 @@ std::int64_t ticksPerSecond() {
 
 nanoseconds fromTicks(std::uint64_t ticks) {
     const auto perSecond = static_cast<std::uint64_t>(ticksPerSecond());
-    return std::chrono::seconds(ticks / perSecond) + nanoseconds(ticks % perSecond * (1'000'000'000 / perSecond));
+    return std::chrono::seconds(ticks / perSecond) +
+           nanoseconds(ticks % perSecond * (1'000'000'000 / perSecond));
 }
 
 double percent(nanoseconds used, nanoseconds passed) {
-    return passed <= nanoseconds::zero() ? 0 : 100.0 * static_cast<double>(used.count()) /
-                                                   static_cast<double>(passed.count());
+    return passed <= nanoseconds::zero()
+               ? 0
+               : 100.0 * static_cast<double>(used.count()) / static_cast<double>(passed.count());
 }
 
 /// No counter moved: as far as `stat` can tell, the process has not run in between.
@@ -80,7 +82,8 @@ bool TrackedProcess::readStat(bool mayKeepOpen) {
 }
 
 void TrackedProcess::findLivingThread() {
-    const auto thread = m_stat.isZombie() && m_stat.threads > 1 ? livingThread(m_procFolder, m_pid) : std::nullopt;
+    const auto thread =
+        m_stat.isZombie() && m_stat.threads > 1 ? livingThread(m_procFolder, m_pid) : std::nullopt;
     m_livingThread = thread.value_or(0);
 }
 
@@ -122,7 +125,8 @@ const std::string &TrackedProcess::command() {
     if (!isCutName(comm) && !isThreadName(comm))
         return m_command.emplace(repairedUtf8(comm));
     const auto line = words();
-    return m_command.emplace(wholeCommand(comm, executable(), line.empty() ? std::string_view() : line.front()));
+    return m_command.emplace(
+        wholeCommand(comm, executable(), line.empty() ? std::string_view() : line.front()));
 }
 
 std::vector<std::string_view> TrackedProcess::words() {

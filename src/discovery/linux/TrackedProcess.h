@@ -21,12 +21,10 @@ namespace tarnvale {
 class TrackedProcess {
 public:
     /// `procFolder` stays open as long as this object lives.
-    TrackedProcess(int procFolder, Pid pid)
-        : m_procFolder(procFolder)
-        , m_pid(pid) {}
+    TrackedProcess(int procFolder, Pid pid) : m_procFolder(procFolder), m_pid(pid) {}
 
-    /// Reads `stat` at `uptime`, the time since boot; false when the process has gone. `mayKeepOpen`: the file
-    /// may stay open for the next time.
+    /// Reads `stat` at `uptime`, the time since boot; false when the process has gone. `mayKeepOpen`: the
+    /// file may stay open for the next time.
     bool refresh(std::uint64_t scan, std::chrono::nanoseconds uptime, bool mayKeepOpen);
 
     [[nodiscard]] Pid pid() const { return m_pid; }

@@ -14,17 +14,41 @@ namespace {
 
 /// Units that keep the system or the desktop itself running, as systemd, GNOME, Plasma and the common
 /// session daemons name theirs.
-constexpr std::array<std::string_view, 31> sessionUnitPrefixes{
-    "systemd-",     "dbus",         "user@",       "user-runtime-dir@", "app-",        "session-",
-    "gnome-",       "org.gnome.",   "plasma-",     "org.kde.",          "kde-",        "kwin",
-    "xdg-",         "gvfs-",        "at-spi-",     "evolution-",        "tracker-",    "localsearch",
-    "pipewire",     "wireplumber",  "pulseaudio",  "dconf",             "display-manager", "gdm",
-    "sddm",         "lightdm",      "getty@",      "serial-getty@",     "autovt@",     "polkit",
-    "NetworkManager"};
+constexpr std::array<std::string_view, 31> sessionUnitPrefixes{"systemd-",
+                                                               "dbus",
+                                                               "user@",
+                                                               "user-runtime-dir@",
+                                                               "app-",
+                                                               "session-",
+                                                               "gnome-",
+                                                               "org.gnome.",
+                                                               "plasma-",
+                                                               "org.kde.",
+                                                               "kde-",
+                                                               "kwin",
+                                                               "xdg-",
+                                                               "gvfs-",
+                                                               "at-spi-",
+                                                               "evolution-",
+                                                               "tracker-",
+                                                               "localsearch",
+                                                               "pipewire",
+                                                               "wireplumber",
+                                                               "pulseaudio",
+                                                               "dconf",
+                                                               "display-manager",
+                                                               "gdm",
+                                                               "sddm",
+                                                               "lightdm",
+                                                               "getty@",
+                                                               "serial-getty@",
+                                                               "autovt@",
+                                                               "polkit",
+                                                               "NetworkManager"};
 
 /// Engines whose children stand for containers.
 constexpr std::array<std::string_view, 4> containerEnginePrefixes{"docker", "containerd", "podman",
-                                                                   "snap.docker."};
+                                                                  "snap.docker."};
 
 bool isUnitName(std::string_view name) {
     return name.ends_with(".service") || name.ends_with(".scope") || name.ends_with(".socket") ||
@@ -100,13 +124,13 @@ void CgroupTree::walk() {
 void CgroupTree::walk(const std::string &path, int depth) {
     constexpr int deepest = 64;
     const FileDescriptor folder = openFolderAt(AT_FDCWD, (m_mountPoint + path).c_str());
-    struct stat status{};
+    struct stat status {};
     if (depth > deepest || fstat(folder.get(), &status) != 0)
         return;
     m_paths[status.st_ino] = path.empty() ? "/" : path;
     forEachEntry(folder.get(), [&](const char *name, ino_t) {
         // A group's own files all have a dot in their name (cgroup.procs, cpu.stat); folders may, too.
-        struct stat entry{};
+        struct stat entry {};
         if (*name != '.' && fstatat(folder.get(), name, &entry, AT_SYMLINK_NOFOLLOW) == 0 &&
             S_ISDIR(entry.st_mode))
             walk(path + "/" + name, depth + 1);

@@ -18,7 +18,8 @@ namespace tarnvale {
 /// The pids in a `cgroup.procs` file. Processes of other pid namespaces, shown as 0, are left out.
 [[nodiscard]] std::vector<Pid> parseCgroupProcs(std::string_view content);
 
-/// The innermost systemd unit on a group's path; a service may keep groups of its own below. Empty without one.
+/// The innermost systemd unit on a group's path; a service may keep groups of its own below. Empty without
+/// one.
 [[nodiscard]] std::string_view unitOfCgroup(std::string_view path);
 
 /// `unit` is a service that a developer may think of as one: not the system's or the desktop's own, not a
@@ -32,8 +33,7 @@ namespace tarnvale {
 class CgroupTree {
 public:
     /// `mountPoint` is where the hierarchy is mounted; empty where it isn't.
-    explicit CgroupTree(std::string mountPoint)
-        : m_mountPoint(std::move(mountPoint)) {}
+    explicit CgroupTree(std::string mountPoint) : m_mountPoint(std::move(mountPoint)) {}
 
     /// The path of group `id` below the mount point, "/" for its root. When the id is new the tree is walked
     /// again, at most once between two calls of `beginScan`; nothing for a group that is gone.

@@ -23,7 +23,8 @@ namespace tarnvale {
 
 /// The name of a process whose `comm` is cut or only a thread's: the file name of `executable` or of the
 /// command line's first word, where it fits; else `comm`. `executable` may be empty; " (deleted)" is dropped.
-[[nodiscard]] std::string wholeCommand(std::string_view comm, std::string_view executable, std::string_view firstWord);
+[[nodiscard]] std::string wholeCommand(std::string_view comm, std::string_view executable,
+                                       std::string_view firstWord);
 
 /// The port that a `docker-proxy` publishes.
 struct ProxiedPort {

@@ -33,7 +33,8 @@ void ProcPath::append(std::string_view text) {
 
 void ProcPath::append(Pid number) {
     char *const end = m_text.data() + m_text.size() - 1;
-    m_length = static_cast<std::size_t>(std::to_chars(m_text.data() + m_length, end, number).ptr - m_text.data());
+    m_length =
+        static_cast<std::size_t>(std::to_chars(m_text.data() + m_length, end, number).ptr - m_text.data());
 }
 
 FileDescriptor openFolderAt(int folder, const char *path) {

@@ -4,8 +4,8 @@
 #include "discovery/ListeningPort.h"
 
 #include <array>
-#include <cstdint>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>

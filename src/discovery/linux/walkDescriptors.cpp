@@ -102,8 +102,8 @@ void sortUniqueHolders(std::vector<Holder> &holders) {
 std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> processes,
                                     const std::vector<std::uint64_t> &inodes) {
     constexpr std::size_t worthTwo = 50;
-    std::vector<Holder> holders =
-        inParts(processes.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
+    std::vector<Holder> holders = inParts(
+        processes.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
             for (WalkedProcess &process : processes.subspan(begin, end - begin))
                 walkProcess(procFolder, process, inodes, result);
         });
@@ -113,8 +113,8 @@ std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> pro
 
 std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders) {
     constexpr std::size_t worthTwo = 256;
-    std::vector<Holder> confirmed =
-        inParts(holders.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
+    std::vector<Holder> confirmed = inParts(
+        holders.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
             ShortLink link;
             for (std::size_t i = begin; i < end; ++i) {
                 const Holder &holder = holders[i];

@@ -29,9 +29,9 @@ struct WalkedProcess {
 /// Sorts `holders` and keeps one for each process and socket.
 void sortUniqueHolders(std::vector<Holder> &holders);
 
-/// Looks through the open descriptors of `processes` for the sockets `inodes` (sorted) and returns the holders,
-/// one for each process and socket. More than a few processes are shared out among two threads. A process
-/// that has gone meanwhile has no descriptors.
+/// Looks through the open descriptors of `processes` for the sockets `inodes` (sorted) and returns the
+/// holders, one for each process and socket. More than a few processes are shared out among two threads. A
+/// process that has gone meanwhile has no descriptors.
 [[nodiscard]] std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> processes,
                                                   const std::vector<std::uint64_t> &inodes);
 

@@ -21,8 +21,7 @@ bool mayBeSignalled(Pid pid) {
 
 } // namespace
 
-ProcessHandle::ProcessHandle(Pid pid)
-    : m_pid(pid) {
+ProcessHandle::ProcessHandle(Pid pid) : m_pid(pid) {
     if (!mayBeSignalled(pid)) {
         m_error = EPERM;
         return;
@@ -48,8 +47,8 @@ bool ProcessHandle::waitForEnd(std::chrono::milliseconds timeout) const {
     constexpr std::int64_t napWithoutDescriptor = 20;
     const Clock::time_point deadline = Clock::now() + timeout;
     for (;;) {
-        const auto left =
-            std::max<std::int64_t>(0, std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count());
+        const auto left = std::max<std::int64_t>(
+            0, std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count());
         const std::int64_t nap = std::min(left, m_descriptor.isOpen() ? longestNap : napWithoutDescriptor);
         pollfd ended{.fd = m_descriptor.get(), .events = POLLIN, .revents = 0};
         if (poll(&ended, 1, static_cast<int>(nap)) > 0 || signal(0) == ESRCH)
