@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 
 namespace tarnvale {
@@ -100,8 +101,13 @@ ChildProcess::ChildProcess(ChildProcess &&other) noexcept
       m_handle(std::move(other.m_handle)) {}
 
 ChildProcess::~ChildProcess() {
-    if (m_pid > 0 && !reap(WNOHANG))
+    if (m_pid <= 0 || reap(WNOHANG))
+        return;
+    try {
         std::thread([pid = m_pid] { waitpid(pid, nullptr, 0); }).detach();
+    } catch (const std::system_error &) {
+        // No more threads are allowed: the process stays a zombie until this program ends.
+    }
 }
 
 bool ChildProcess::reap(int flags) {

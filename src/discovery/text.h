@@ -16,6 +16,9 @@ namespace tarnvale {
 /// The pieces of `text` between `separator`s, empty ones included: never an empty list.
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
 
+/// The pieces point into the text, so it must not be a passing one.
+template<std::same_as<std::string> Text> std::vector<std::string_view> split(Text &&, char) = delete;
+
 /// The non-empty lines of `text`. A carriage return stays in its line.
 [[nodiscard]] std::vector<std::string_view> nonEmptyLines(std::string_view text);
 

@@ -36,12 +36,13 @@ std::string environmentOr(const char *variable, const std::string &otherwise) {
 /// `program` as an absolute path without links, searched on the path when it is a bare name; empty without
 /// it.
 std::string resolved(const std::string &program) {
-    std::vector<std::string> candidates{program};
+    std::vector<std::string> candidates;
     if (program.find('/') == program.npos) {
-        candidates.clear();
-        for (const std::string_view folder :
-             split(environmentOr("PATH", "/usr/local/bin:/usr/bin:/bin"), ':'))
+        const std::string searched = environmentOr("PATH", "/usr/local/bin:/usr/bin:/bin");
+        for (const std::string_view folder : split(searched, ':'))
             candidates.push_back(std::string(folder) + "/" + program);
+    } else {
+        candidates.push_back(program);
     }
     const auto found = firstExecutable(candidates);
     std::array<char, PATH_MAX> path;
@@ -103,6 +104,7 @@ void DesktopEntries::forgetIfChanged() {
         return;
     m_isChecked = true;
     std::vector<timespec> changed;
+    changed.reserve(m_folders.size());
     for (const std::string &folder : m_folders)
         changed.push_back(changeOf(folder));
     const auto isSame = [](const timespec &a, const timespec &b) {

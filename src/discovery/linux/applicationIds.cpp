@@ -41,6 +41,18 @@ bool takeSuffix(std::string_view &text, std::string_view ending) {
     return hasSuffix;
 }
 
+/// Adds the id of "<snap>.<app>-<UUID>" or "<snap>.<app>.<UUID>"; both names may hold dashes.
+void addSnapId(std::string_view name, std::vector<std::string> &ids) {
+    constexpr std::size_t randomPart = 37; // a dash and a UUID (RFC 4122, 3)
+    const auto parts = split(name, '.');
+    if (parts.size() < 2)
+        return;
+    std::string_view application = parts[1];
+    if (application.size() > randomPart && application[application.size() - randomPart] == '-')
+        application.remove_suffix(randomPart);
+    ids.push_back(std::string(parts[0]) + "_" + std::string(application));
+}
+
 /// Adds what one component of a group's path says:
 ///   app[-<launcher>]-<id>-<random>.scope, app[-<launcher>]-<id>[@<random>].service,
 ///   app[-<launcher>]-<id>.slice, flatpak-<id>-<random>.scope, snap.<snap>.<app>-<random>.scope (also with a
@@ -52,9 +64,7 @@ void addIds(std::string_view unit, std::vector<std::string> &ids) {
     const bool isService = !isScope && takeSuffix(name, ".service");
     const bool isSlice = !isScope && !isService && takeSuffix(name, ".slice");
     if (isScope && takePrefix(name, "snap.")) {
-        const auto parts = split(name, '.');
-        if (parts.size() >= 2)
-            ids.push_back(std::string(parts[0]) + "_" + std::string(split(parts[1], '-').front()));
+        addSnapId(name, ids);
         return;
     }
     const bool isApplication = takePrefix(name, "app-") || (isScope && takePrefix(name, "flatpak-"));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <system_error>
 #include <thread>
 
 namespace tarnvale {
@@ -46,6 +47,8 @@ bool walkTable(int procFolder, WalkedProcess &process, Pid thread, const std::ve
         if (*name == '.')
             return;
         ++process.descriptors;
+        if (process.isRefused)
+            return; // and so would be the others
         const std::string_view target = link.read(table.get(), name);
         if (target.empty() && errno == EACCES)
             process.isRefused = true;
@@ -84,7 +87,12 @@ template<typename Work> std::vector<Holder> inParts(std::size_t count, std::size
     }
     std::vector<Holder> others;
     {
-        const std::jthread other([&] { run(others); });
+        std::jthread other;
+        try {
+            other = std::jthread([&] { run(others); });
+        } catch (const std::system_error &) {
+            // No more threads are allowed; this one does all the work.
+        }
         run(mine);
     }
     mine.insert(mine.end(), others.begin(), others.end());
