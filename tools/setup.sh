@@ -67,6 +67,10 @@ without_starting_services() {
     return "$status"
 }
 
+apt() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=120 -qq "$@"
+}
+
 install_missing() {
     local missing=()
     local package
@@ -75,11 +79,15 @@ install_missing() {
     done
     [ "${#missing[@]}" -gt 0 ] || return 0
     echo "setup: installing ${missing[*]}"
-    local apt=(apt-get -o DPkg::Lock::Timeout=120 -qq)
-    as_root env DEBIAN_FRONTEND=noninteractive "${apt[@]}" update >/dev/null
-    without_starting_services as_root env DEBIAN_FRONTEND=noninteractive \
-        "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null ||
+    local log
+    log=$(mktemp)
+    if ! apt update >"$log" 2>&1 ||
+        ! without_starting_services apt install -y --no-install-recommends "${missing[@]}" >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
         die "could not install ${missing[*]}"
+    fi
+    rm -f "$log"
 }
 
 main() {

@@ -11,5 +11,5 @@ files=("$@")
 # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts; options that only
 # GCC knows are no concern of clang-tidy.
 printf '%s\0' "${files[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-16 --quiet -p "build/$preset" \
-    --extra-arg=-std=c++2b --extra-arg=-D__cpp_concepts=202002L --extra-arg=-Wno-macro-redefined \
+    --extra-arg=-std=c++2b --extra-arg=-Wno-builtin-macro-redefined --extra-arg=-U__cpp_concepts --extra-arg=-D__cpp_concepts=202002L \
     --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-unused-command-line-argument
