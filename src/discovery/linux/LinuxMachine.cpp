@@ -79,6 +79,7 @@ struct LinuxMachine::State {
     DesktopEntries desktopEntries;
     ContainerAnswer containers;
     Instant bootTime{};
+    int netlinkPause = 0; ///< scans until it is tried again
 };
 
 void LinuxMachine::State::beginScan() {
@@ -93,13 +94,17 @@ void LinuxMachine::State::beginScan() {
 }
 
 std::vector<Listener> LinuxMachine::State::listeners() {
-    if (sources.usesNetlink)
+    // Where netlink is refused it stays so, and asking may take a second.
+    constexpr int scansAfterRefusal = 64;
+    if (sources.usesNetlink && netlinkPause == 0) {
         if (auto answer = diag.listeners())
             return std::move(*answer);
+        netlinkPause = scansAfterRefusal;
+    }
+    netlinkPause -= netlinkPause > 0 ? 1 : 0;
     std::vector<Listener> all;
     std::string content;
     for (const char *table : {"net/tcp", "net/tcp6"}) {
-        content.clear();
         readFileAt(procFolder.get(), table, content, 64u << 20);
         const auto rows = parseProcNetTcp(content);
         all.insert(all.end(), rows.begin(), rows.end());

@@ -13,10 +13,12 @@ class Fields {
 public:
     explicit Fields(std::string_view text) {
         while (m_count < m_fields.size() && !text.empty()) {
-            const std::size_t end = std::min(text.find_first_of(" \n"), text.size());
+            const std::size_t end = text.find_first_of(" \n");
+            if (end == text.npos)
+                break; // cut short
             if (end > 0)
                 m_fields.at(m_count++) = text.substr(0, end);
-            text.remove_prefix(std::min(end + 1, text.size()));
+            text.remove_prefix(end + 1);
         }
     }
 

@@ -75,8 +75,12 @@ std::expected<DumpState, DumpError> parseSocketDiag(std::span<const std::byte> d
         if (header.nlmsg_seq != sequence)
             continue;
         isInterrupted = isInterrupted || (header.nlmsg_flags & NLM_F_DUMP_INTR) != 0;
-        if (header.nlmsg_type == NLMSG_DONE)
+        if (header.nlmsg_type == NLMSG_DONE) {
+            // Its payload is the result of the dump, below zero for an error (netlink(7)).
+            if (payload.size() >= sizeof(std::int32_t) && valueAt<std::int32_t>(payload) < 0)
+                return std::unexpected(DumpError::refused);
             return isInterrupted ? DumpState::interrupted : DumpState::done;
+        }
         if (header.nlmsg_type == NLMSG_ERROR)
             return std::unexpected(DumpError::refused);
         if (header.nlmsg_type != SOCK_DIAG_BY_FAMILY)
@@ -93,17 +97,13 @@ std::optional<std::vector<Listener>> SocketDiag::listeners() {
     std::vector<Listener> all;
     if (!open())
         return std::nullopt;
-    // A kernel without IPv6 answers that dump with nothing or with ENOENT.
-    if (!dump(AF_INET, all)) {
-        m_socket.reset();
-        return std::nullopt;
-    }
-    std::vector<Listener> six;
-    if (dump(AF_INET6, six))
-        all.insert(all.end(), six.begin(), six.end());
-    else
-        m_socket.reset();
-    return all;
+    const auto four = dump(AF_INET, all);
+    const auto six = four ? dump(AF_INET6, all) : four;
+    if (!four || !six)
+        m_socket.reset(); // what is left of the answer must not meet the next question
+    // A kernel without IPv6 refuses that dump.
+    const bool isComplete = four && (six || six.error() == DumpError::refused);
+    return isComplete ? std::optional(std::move(all)) : std::nullopt;
 }
 
 bool SocketDiag::open() {
@@ -119,16 +119,17 @@ bool SocketDiag::open() {
     return true;
 }
 
-bool SocketDiag::dump(std::uint8_t family, std::vector<Listener> &listeners) {
+/// Appends a family's listeners, or nothing at all.
+std::expected<void, DumpError> SocketDiag::dump(std::uint8_t family, std::vector<Listener> &listeners) {
     constexpr int tries = 3;
     const std::size_t before = listeners.size();
     for (int attempt = 1;; ++attempt) {
-        listeners.resize(before);
         const auto state = dumpOnce(family, listeners);
+        if (state && (*state == DumpState::done || attempt == tries))
+            return {};
+        listeners.resize(before);
         if (!state)
-            return false;
-        if (*state == DumpState::done || attempt == tries)
-            return true;
+            return std::unexpected(state.error());
     }
 }
 

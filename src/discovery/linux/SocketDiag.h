@@ -50,7 +50,7 @@ public:
 
 private:
     bool open();
-    bool dump(std::uint8_t family, std::vector<Listener> &listeners);
+    std::expected<void, DumpError> dump(std::uint8_t family, std::vector<Listener> &listeners);
     std::expected<DumpState, DumpError> dumpOnce(std::uint8_t family, std::vector<Listener> &listeners);
     bool request(std::uint8_t family);
 

@@ -48,7 +48,10 @@ void SocketHolders::update(const std::vector<Listener> &listeners, CgroupTree &c
     m_walked.clear();
     m_inodes = inodesOf(listeners);
     keepConfirmed();
-    if (mayHaveForked()) {
+    // The kernel gives out a pid a moment before the process can be seen, and some sandboxes give a loadavg
+    // of their own: a socket without a holder is reason enough to list.
+    const bool hasForked = mayHaveForked();
+    if (hasForked || hasDueSearch(unheld())) {
         auto newProcesses = takeNewProcesses();
         walk(newProcesses);
     }
@@ -151,9 +154,7 @@ void SocketHolders::searchGroups(const std::vector<Listener> &listeners, CgroupT
 
 void SocketHolders::searchEverywhere() {
     const auto missing = unheld();
-    const bool isDue = std::any_of(missing.begin(), missing.end(),
-                                   [&](std::uint64_t inode) { return m_searches[inode].due <= m_update; });
-    if (!isDue)
+    if (!hasDueSearch(missing))
         return;
     std::vector<WalkedProcess> rest;
     for (const WalkedProcess &process : m_processes)
@@ -181,7 +182,8 @@ void SocketHolders::audit() {
         m_auditPosition = (m_auditPosition + 1) % m_processes.size();
         const WalkedProcess &process = m_processes[m_auditPosition];
         struct stat table {};
-        if (process.descriptors > 0 && !process.isRefused &&
+        // Our own are one more while they are looked through.
+        if (process.entry.pid != getpid() && process.descriptors > 0 && !process.isRefused &&
             fstatat(m_procFolder, ProcPath(process.entry.pid, "fd").get(), &table, 0) == 0 &&
             table.st_size != process.descriptors && !isWalked(process.entry.pid)) {
             changed.push_back(process);
@@ -189,6 +191,13 @@ void SocketHolders::audit() {
         }
     }
     walk(changed);
+}
+
+bool SocketHolders::hasDueSearch(const std::vector<std::uint64_t> &missing) const {
+    return std::any_of(missing.begin(), missing.end(), [&](std::uint64_t inode) {
+        const auto search = m_searches.find(inode);
+        return search == m_searches.end() || search->second.due <= m_update;
+    });
 }
 
 std::vector<std::uint64_t> SocketHolders::unheld() const {

@@ -54,6 +54,7 @@ private:
     void searchEverywhere();
     void audit();
     [[nodiscard]] std::vector<std::uint64_t> unheld() const;
+    [[nodiscard]] bool hasDueSearch(const std::vector<std::uint64_t> &missing) const;
     [[nodiscard]] bool isWalked(Pid pid) const;
     [[nodiscard]] WalkedProcess *known(Pid pid);
 

@@ -71,7 +71,8 @@ std::string parseCgroupFile(std::string_view content) {
         constexpr std::string_view namedPrefix = ":name=systemd:";
         if (line.starts_with("0::"))
             unified = line.substr(3);
-        else if (const std::size_t at = line.find(namedPrefix); at != line.npos)
+        else if (const std::size_t at = line.find(':');
+                 at != line.npos && line.substr(at).starts_with(namedPrefix))
             systemd = line.substr(at + namedPrefix.size());
     }
     return std::string(unified.size() <= 1 && !systemd.empty() ? systemd : unified);
@@ -88,7 +89,10 @@ std::vector<Pid> parseCgroupProcs(std::string_view content) {
 std::string_view unitOfCgroup(std::string_view path) {
     const auto components = split(path, '/');
     const auto unit = std::find_if(components.rbegin(), components.rend(), isUnitName);
-    return unit == components.rend() ? std::string_view() : *unit;
+    if (unit == components.rend())
+        return {};
+    // systemd puts a "_" before a name that one of the kernel's own files could have ("memory.service").
+    return unit->starts_with('_') ? unit->substr(1) : *unit;
 }
 
 bool isServiceUnit(std::string_view unit) {
@@ -102,6 +106,13 @@ bool isManagerCgroup(std::string_view path) {
 
 std::optional<std::string> CgroupTree::path(std::uint64_t id) {
     auto found = m_paths.find(id);
+    // A group that was made anew under the same path has another id.
+    struct stat status {};
+    if (found != m_paths.end() &&
+        (stat((m_mountPoint + found->second).c_str(), &status) != 0 || status.st_ino != id)) {
+        m_paths.erase(found);
+        found = m_paths.end();
+    }
     if (found == m_paths.end() && m_mayWalk && !m_mountPoint.empty()) {
         walk();
         found = m_paths.find(id);

@@ -36,9 +36,10 @@ std::optional<bool> isLoopbackAddress(std::string_view hex) {
 }
 
 std::optional<Listener> parseRow(std::string_view row) {
-    // sl, local_address, rem_address, st, queues, timer, retransmits, uid, timeout, inode
-    const auto fields = words(row, 10);
-    if (fields.size() < 10 || fields[3] != "0A")
+    // sl, local_address, rem_address, st, queues, timer, retransmits, uid, timeout, inode, references: the
+    // last shows that the inode isn't cut
+    const auto fields = words(row, 11);
+    if (fields.size() < 11 || fields[3] != "0A")
         return std::nullopt;
     const auto local = split(fields[1], ':');
     if (local.size() != 2)

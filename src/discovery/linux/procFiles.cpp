@@ -42,6 +42,7 @@ FileDescriptor openFolderAt(int folder, const char *path) {
 }
 
 bool readFileAt(int folder, const char *path, std::string &content, std::size_t limit) {
+    content.clear();
     const FileDescriptor file(openat(folder, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file.isOpen())
         return false;
@@ -52,8 +53,10 @@ bool readFileAt(int folder, const char *path, std::string &content, std::size_t 
         const ssize_t count = read(file.get(), content.data() + filled, content.size() - filled);
         if (count < 0 && errno == EINTR)
             continue;
-        if (count < 0)
+        if (count < 0) {
+            content.clear();
             return false;
+        }
         filled += static_cast<std::size_t>(count);
         if (count == 0 || filled == limit)
             break;

@@ -35,8 +35,8 @@ private:
 /// Opens a folder for looking into it; not open when that fails.
 [[nodiscard]] FileDescriptor openFolderAt(int folder, const char *path);
 
-/// Replaces `content` by the file's first `limit` bytes; false when it can't be opened or read. Never waits
-/// for a writer.
+/// Replaces `content` by the file's first `limit` bytes; false, and nothing in it, when the file can't be
+/// opened or read. Never waits for a writer.
 bool readFileAt(int folder, const char *path, std::string &content, std::size_t limit);
 
 /// The target of a symbolic link; nothing when there is none to be read.

@@ -21,7 +21,8 @@ public:
     /// below 2 and for this program itself.
     [[nodiscard]] int signal(int number) const;
 
-    /// Waits until the whole process, all its threads, has ended; whether it did before `timeout` was over.
+    /// Waits until the whole process, all its threads, has ended; whether it did before `timeout`, a year at
+    /// most, was over.
     [[nodiscard]] bool waitForEnd(std::chrono::milliseconds timeout) const;
 
 private:

@@ -27,9 +27,10 @@ ProcessHandle::ProcessHandle(Pid pid) : m_pid(pid) {
         return;
     }
     m_descriptor = openProcessDescriptor(pid);
-    // Kernels before 5.3, and some sandboxes, have no such descriptors; kill(2) has to do there.
-    if (!m_descriptor.isOpen() && errno == ESRCH)
-        m_error = ESRCH;
+    // Kernels before 5.3 (ENOSYS) and some sandboxes (EPERM) have no such descriptors; kill(2) has to do
+    // there.
+    if (!m_descriptor.isOpen() && errno != ENOSYS && errno != EPERM)
+        m_error = errno;
 }
 
 int ProcessHandle::signal(int number) const {
@@ -45,7 +46,8 @@ int ProcessHandle::signal(int number) const {
 bool ProcessHandle::waitForEnd(std::chrono::milliseconds timeout) const {
     constexpr std::int64_t longestNap = 60'000;
     constexpr std::int64_t napWithoutDescriptor = 20;
-    const Clock::time_point deadline = Clock::now() + timeout;
+    constexpr std::chrono::milliseconds longestWait = std::chrono::hours(24 * 365);
+    const Clock::time_point deadline = Clock::now() + std::min(timeout, longestWait);
     for (;;) {
         const auto left = std::max<std::int64_t>(
             0, std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count());
