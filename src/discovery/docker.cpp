@@ -49,8 +49,7 @@ std::optional<std::string> dockerPath() {
     return firstExecutable(candidates);
 }
 
-ContainerMap queryDockerPorts() {
-    const auto docker = dockerPath();
+ContainerMap queryDockerPorts(const std::optional<std::string> &docker) {
     if (!docker)
         return {};
     using namespace std::chrono_literals;

@@ -16,7 +16,7 @@ namespace tarnvale {
 [[nodiscard]] std::optional<std::string> dockerPath();
 
 /// Asks the engine for the published ports of its running containers, for at most 3 seconds. Empty without
-/// docker, or when the engine doesn't answer.
-[[nodiscard]] ContainerMap queryDockerPorts();
+/// `docker`, or when the engine doesn't answer.
+[[nodiscard]] ContainerMap queryDockerPorts(const std::optional<std::string> &docker = dockerPath());
 
 } // namespace tarnvale

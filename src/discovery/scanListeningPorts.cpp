@@ -53,9 +53,12 @@ Findings ask(Machine &machine, const std::vector<ListeningPort> &ports) {
         found.parents = machine.processDetails(parents);
     found.artisans = artisanParents(found.details, found.parents);
 
-    std::vector<Pid> withArtisans = pids;
+    std::vector<Pid> artisans;
     for (const auto &[worker, artisan] : found.artisans)
-        withArtisans.push_back(artisan.pid);
+        artisans.push_back(artisan.pid);
+    sortUnique(artisans);
+    std::vector<Pid> withArtisans = pids;
+    withArtisans.insert(withArtisans.end(), artisans.begin(), artisans.end());
     found.directories = machine.workingDirectories(withArtisans);
 
     pids.insert(pids.end(), parents.begin(), parents.end());

@@ -47,7 +47,7 @@ LinuxSources LinuxSources::machine() {
         .uptime = bootClock,
         .wallClock =
             [] { return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()); },
-        .dockerPorts = queryDockerPorts};
+        .dockerPorts = [] { return queryDockerPorts(); }};
 }
 
 struct LinuxMachine::State {
