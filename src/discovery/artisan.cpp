@@ -5,6 +5,8 @@
 namespace tarnvale {
 
 bool isArtisanServe(std::string_view args) {
+    if (args.find("artisan") == args.npos)
+        return false; // hardly any is one, and this is asked of every parent
     bool isAfterArtisan = false;
     for (std::string_view word = takeWord(args); !word.empty(); word = takeWord(args)) {
         if (isAfterArtisan && word == "serve")

@@ -134,7 +134,7 @@ void LinuxMachine::State::addOwners(const Listener &listener, SocketMerger &merg
         addWaiting(listener, *manager, merger);
     if (!held.empty())
         return;
-    if (const auto owner = foreignOwners.ownerOf(listener, holders.refused()))
+    if (const auto owner = foreignOwners.ownerOf(listener))
         merger.add(*owner, processes.find(*owner)->command(), listener.port, !listener.isLoopback);
 }
 
@@ -189,6 +189,8 @@ std::vector<ListeningPort> LinuxMachine::listeningSockets() {
     m_state->beginScan();
     const std::vector<Listener> listeners = m_state->listeners();
     m_state->holders.update(listeners, m_state->cgroups);
+    m_state->foreignOwners.beginScan(m_state->holders.refused());
+    m_state->processes.readAhead(m_state->holders.owners());
     SocketMerger merger;
     for (const Listener &listener : listeners)
         m_state->addOwners(listener, merger);

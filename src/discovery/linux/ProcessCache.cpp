@@ -1,16 +1,26 @@
 #include "discovery/linux/ProcessCache.h"
 
 #include "discovery/linux/cgroups.h"
+#include "discovery/linux/inParts.h"
+
+#include <algorithm>
+#include <sys/resource.h>
 
 namespace tarnvale {
 
 namespace {
 
-/// How many `stat` files stay open between scans: enough for an ordinary machine, and far from the usual
-/// limit of 1,024 descriptors that this program's other parts share.
-constexpr std::size_t mostHeldOpen = 128;
+/// How many `stat` files may stay open between scans: a quarter of what this program may open, the rest being
+/// for its other parts.
+std::size_t descriptorShare() {
+    constexpr rlim_t most = 1024;
+    rlimit limit{};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 ? std::min(limit.rlim_cur / 4, most) : 0;
+}
 
 } // namespace
+
+ProcessCache::ProcessCache(int procFolder) : m_procFolder(procFolder), m_mostHeldOpen(descriptorShare()) {}
 
 void ProcessCache::beginScan(std::chrono::nanoseconds uptime) {
     std::erase_if(m_entries,
@@ -22,18 +32,50 @@ void ProcessCache::beginScan(std::chrono::nanoseconds uptime) {
     m_uptime = uptime;
 }
 
+void ProcessCache::readAhead(const std::vector<Pid> &pids) {
+    constexpr std::size_t worthTwo = 128;
+    struct Reading {
+        Entry *entry;
+        bool mayStayOpen;
+    };
+    std::vector<Reading> readings;
+    readings.reserve(pids.size());
+    for (const Pid pid : pids)
+        if (Entry &entry = entryOf(pid); entry.scan != m_scan)
+            readings.push_back({&entry, mayStayOpen(entry)});
+    inParts(readings.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::size_t) {
+        for (std::size_t i = begin; i < end; ++i) {
+            Entry &entry = *readings[i].entry;
+            entry.isAlive = entry.process.refresh(m_scan, m_uptime, readings[i].mayStayOpen);
+            entry.scan = m_scan;
+        }
+    });
+}
+
 TrackedProcess *ProcessCache::find(Pid pid) {
-    const auto [found, isNew] =
-        m_entries.try_emplace(pid, Entry{TrackedProcess(m_procFolder, pid), 0, false});
-    Entry &entry = found->second;
+    Entry &entry = entryOf(pid);
     if (entry.scan != m_scan) {
-        const bool wasHeldOpen = entry.process.isHeldOpen();
-        entry.isAlive = entry.process.refresh(m_scan, m_uptime, wasHeldOpen || m_heldOpen < mostHeldOpen);
+        entry.isAlive = entry.process.refresh(m_scan, m_uptime, mayStayOpen(entry));
         entry.scan = m_scan;
-        if (entry.process.isHeldOpen() && !wasHeldOpen)
-            ++m_heldOpen;
     }
     return entry.isAlive ? &entry.process : nullptr;
+}
+
+ProcessCache::Entry &ProcessCache::entryOf(Pid pid) {
+    const auto found = m_entries.find(pid);
+    if (found != m_entries.end())
+        return found->second;
+    return m_entries.emplace(pid, Entry{TrackedProcess(m_procFolder, pid), 0, false}).first->second;
+}
+
+/// Whether the entry's file may stay open, counting it in when it is new.
+bool ProcessCache::mayStayOpen(const Entry &entry) {
+    if (entry.process.isHeldOpen())
+        return true;
+    if (m_heldOpen >= m_mostHeldOpen)
+        return false;
+    ++m_heldOpen;
+    return true;
 }
 
 bool ProcessCache::isServiceManager(TrackedProcess &process) {

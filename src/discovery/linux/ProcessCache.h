@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <unordered_map>
+#include <vector>
 
 namespace tarnvale {
 
@@ -12,10 +13,13 @@ namespace tarnvale {
 class ProcessCache {
 public:
     /// `procFolder` stays open as long as this object lives.
-    explicit ProcessCache(int procFolder) : m_procFolder(procFolder) {}
+    explicit ProcessCache(int procFolder);
 
     /// Begins a scan at `uptime`, the time since boot, and forgets what the last one didn't ask for.
     void beginScan(std::chrono::nanoseconds uptime);
+
+    /// Reads `pids` (sorted, each once), all at once, since they will be asked for.
+    void readAhead(const std::vector<Pid> &pids);
 
     /// The process as it is in this scan; null when there is none. Valid until the next `beginScan`.
     [[nodiscard]] TrackedProcess *find(Pid pid);
@@ -30,7 +34,11 @@ private:
         bool isAlive = false;
     };
 
+    Entry &entryOf(Pid pid);
+    bool mayStayOpen(const Entry &entry);
+
     int m_procFolder;
+    std::size_t m_mostHeldOpen;
     std::uint64_t m_scan = 0;
     std::chrono::nanoseconds m_uptime{};
     std::size_t m_heldOpen = 0;

@@ -65,6 +65,15 @@ std::span<const Holder> SocketHolders::holders(std::uint64_t inode) const {
     return {first, last};
 }
 
+std::vector<Pid> SocketHolders::owners() const {
+    std::vector<Pid> owners;
+    owners.reserve(m_holders.size());
+    for (const Holder &holder : m_holders)
+        owners.push_back(holder.pid);
+    sortUnique(owners);
+    return owners;
+}
+
 void SocketHolders::keepConfirmed() {
     std::erase_if(m_holders, [&](const Holder &holder) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), holder.inode);

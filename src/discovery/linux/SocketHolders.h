@@ -34,6 +34,9 @@ public:
     /// The holders of a socket, by pid; empty when none can be seen.
     [[nodiscard]] std::span<const Holder> holders(std::uint64_t inode) const;
 
+    /// All processes that hold a socket, by pid.
+    [[nodiscard]] std::vector<Pid> owners() const;
+
     /// The processes whose descriptors this user may not see, by pid.
     [[nodiscard]] const std::vector<Pid> &refused() const { return m_refused; }
 

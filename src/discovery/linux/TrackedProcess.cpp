@@ -54,7 +54,10 @@ bool TrackedProcess::refresh(std::uint64_t scan, nanoseconds uptime, bool mayKee
     m_readAt = uptime;
     const bool isNew = !wasRead || before.startTime != m_stat.startTime;
     const bool isDue = (scan + static_cast<std::uint64_t>(m_pid)) % scansBetweenReadings == 0;
-    if (isNew || isDue || !hasRested(before, m_stat))
+    const bool hasRun = isNew || !hasRested(before, m_stat);
+    if (hasRun)
+        m_memoryKB.reset();
+    if (hasRun || isDue)
         forgetTexts();
     findLivingThread();
     measure(isNew);
@@ -93,7 +96,6 @@ void TrackedProcess::forgetTexts() {
     m_cwd.reset();
     m_executable.reset();
     m_cgroup.reset();
-    m_memoryKB.reset();
 }
 
 void TrackedProcess::measure(bool isNew) {

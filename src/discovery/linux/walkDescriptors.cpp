@@ -1,12 +1,13 @@
 #include "discovery/linux/walkDescriptors.h"
 
+#include "discovery/linux/inParts.h"
 #include "discovery/text.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <system_error>
-#include <thread>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 namespace tarnvale {
 
@@ -58,45 +59,40 @@ bool walkTable(int procFolder, WalkedProcess &process, Pid thread, const std::ve
     });
 }
 
+/// The process is this user's; its folder tells that even where everything below it is refused.
+bool isOwn(int procFolder, Pid pid) {
+    struct stat status {};
+    return fstatat(procFolder, ProcPath(pid, "").get(), &status, 0) == 0 && status.st_uid == geteuid();
+}
+
 void walkProcess(int procFolder, WalkedProcess &process, const std::vector<std::uint64_t> &inodes,
                  std::vector<Holder> &holders) {
     process.isRefused = false;
-    if (!walkTable(procFolder, process, 0, inodes, holders)) {
+    process.descriptors = 0;
+    if (!walkTable(procFolder, process, 0, inodes, holders))
         process.isRefused = errno == EACCES || errno == EPERM;
-        process.descriptors = 0;
-    } else if (process.descriptors == 0) {
-        // Either it has none, or its first thread has ended and the others show them.
-        if (const auto thread = livingThread(procFolder, process.entry.pid))
-            walkTable(procFolder, process, *thread, inodes, holders);
-    }
+    // When the first thread has ended, its table is empty to root and refused to its own user, and the other
+    // threads show the descriptors.
+    const bool mayHaveLostFirst =
+        process.isRefused ? isOwn(procFolder, process.entry.pid) : process.descriptors == 0;
+    const auto thread = mayHaveLostFirst ? livingThread(procFolder, process.entry.pid) : std::nullopt;
+    if (!thread)
+        return;
+    const bool wasRefused = std::exchange(process.isRefused, false);
+    if (!walkTable(procFolder, process, *thread, inodes, holders))
+        process.isRefused = wasRefused;
 }
 
-/// Calls `work(begin, end, result)` for the parts of 0 to `count`, on two threads when that pays, and joins
-/// the results.
-template<typename Work> std::vector<Holder> inParts(std::size_t count, std::size_t worthTwo, Work work) {
-    constexpr std::size_t part = 16;
-    std::atomic<std::size_t> next = 0;
-    const auto run = [&](std::vector<Holder> &result) {
-        for (std::size_t begin = next.fetch_add(part); begin < count; begin = next.fetch_add(part))
-            work(begin, std::min(begin + part, count), result);
-    };
-    std::vector<Holder> mine;
-    if (count <= worthTwo) {
-        run(mine);
-        return mine;
-    }
-    std::vector<Holder> others;
-    {
-        std::jthread other;
-        try {
-            other = std::jthread([&] { run(others); });
-        } catch (const std::system_error &) {
-            // No more threads are allowed; this one does all the work.
-        }
-        run(mine);
-    }
-    mine.insert(mine.end(), others.begin(), others.end());
-    return mine;
+/// Gathers what `work(index, holders)` adds for each number below `count`, on two threads when that pays.
+template<typename Work>
+std::vector<Holder> gather(std::size_t count, std::size_t worthTwo, const Work &work) {
+    std::array<std::vector<Holder>, 2> found;
+    inParts(count, worthTwo, [&](std::size_t begin, std::size_t end, std::size_t worker) {
+        for (std::size_t i = begin; i < end; ++i)
+            work(i, found.at(worker));
+    });
+    found[0].insert(found[0].end(), found[1].begin(), found[1].end());
+    return std::move(found[0]);
 }
 
 } // namespace
@@ -110,27 +106,21 @@ void sortUniqueHolders(std::vector<Holder> &holders) {
 std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> processes,
                                     const std::vector<std::uint64_t> &inodes) {
     constexpr std::size_t worthTwo = 50;
-    std::vector<Holder> holders = inParts(
-        processes.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
-            for (WalkedProcess &process : processes.subspan(begin, end - begin))
-                walkProcess(procFolder, process, inodes, result);
-        });
+    auto holders = gather(processes.size(), worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
+        walkProcess(procFolder, processes[i], inodes, found);
+    });
     sortUniqueHolders(holders);
     return holders;
 }
 
 std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders) {
-    constexpr std::size_t worthTwo = 256;
-    std::vector<Holder> confirmed = inParts(
-        holders.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::vector<Holder> &result) {
-            ShortLink link;
-            for (std::size_t i = begin; i < end; ++i) {
-                const Holder &holder = holders[i];
-                const ProcPath path(holder.pid, "fd/", holder.descriptor, holder.thread);
-                if (socketInode(link.read(procFolder, path.get())) == holder.inode)
-                    result.push_back(holder);
-            }
-        });
+    constexpr std::size_t worthTwo = 200;
+    auto confirmed = gather(holders.size(), worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
+        const Holder &holder = holders[i];
+        const ProcPath path(holder.pid, "fd/", holder.descriptor, holder.thread);
+        if (socketInode(ShortLink().read(procFolder, path.get())) == holder.inode)
+            found.push_back(holder);
+    });
     std::sort(confirmed.begin(), confirmed.end());
     return confirmed;
 }
