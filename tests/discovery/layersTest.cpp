@@ -1,0 +1,199 @@
+// The folders under src/ are the rooms of a house with four floors. An include runs down, or stays in its
+// room; between rooms of one floor only the arrows named here are allowed. The link graph enforces most of
+// this; here it is checked for headers too, and for the one room that must do without Qt.
+
+#include "discovery/text.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <set>
+
+namespace tarnvale {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::map<std::string, int> floors{{"discovery", 1}, {"platform", 1},        {"probes", 1},
+                                        {"store", 2},     {"commands", 3},        {"presentation", 3},
+                                        {"app", 4},       {"preview-renderer", 4}};
+const std::set<std::pair<std::string, std::string>> sameFloor{{"platform", "discovery"}};
+
+struct Include {
+    std::string name;
+    bool isOurs = false; ///< in quotes
+};
+
+/// From the path of a source file below src/ to its text.
+using Sources = std::map<std::string, std::string>;
+
+/// The include in a line such as `  #  include "store/PortStore.h"`.
+std::optional<Include> includeIn(std::string_view line) {
+    for (const std::string_view part : {"#", "include"}) {
+        line.remove_prefix(leadingWhitespace(line));
+        if (!line.starts_with(part))
+            return std::nullopt;
+        line.remove_prefix(part.size());
+    }
+    line.remove_prefix(leadingWhitespace(line));
+    if (!line.starts_with('"') && !line.starts_with('<'))
+        return std::nullopt;
+    const bool isOurs = line.front() == '"';
+    line.remove_prefix(1);
+    return Include{std::string(line.substr(0, line.find(isOurs ? '"' : '>'))), isOurs};
+}
+
+std::vector<Include> includesOf(const std::string &text) {
+    std::vector<Include> includes;
+    for (const std::string_view line : nonEmptyLines(text))
+        if (auto include = includeIn(line))
+            includes.push_back(std::move(*include));
+    return includes;
+}
+
+std::string roomOf(const std::string &path) {
+    return path.substr(0, path.find('/'));
+}
+
+/// "QString", "QtCore/QString", "qobject.h" or "qtimer.h", but not "queue".
+bool isQt(std::string_view name) {
+    const bool isClass =
+        name.size() > 1 && name[0] == 'Q' && ((name[1] >= 'A' && name[1] <= 'Z') || name[1] == 't');
+    return isClass || (name.starts_with('q') && name.ends_with(".h"));
+}
+
+/// What is wrong with one include of a file in `room`; nothing when it is fine.
+std::optional<std::string> complaint(const std::string &room, const Include &include) {
+    if (!include.isOurs)
+        return room == "discovery" && isQt(include.name)
+                   ? std::optional<std::string>("discovery does without Qt")
+                   : std::nullopt;
+    if (!include.name.contains('/'))
+        return "an include names its room";
+    const std::string target = roomOf(include.name);
+    if (!floors.contains(target))
+        return "there is no room " + target;
+    if (target == room || floors.at(target) < floors.at(room) || sameFloor.contains({room, target}))
+        return std::nullopt;
+    return room + " must not know " + target;
+}
+
+std::vector<std::string> complaints(const Sources &sources) {
+    std::vector<std::string> result;
+    for (const auto &[path, text] : sources) {
+        const std::string room = roomOf(path);
+        if (!floors.contains(room)) {
+            result.push_back(path + ": the room stands on no floor");
+            continue;
+        }
+        for (const Include &include : includesOf(text))
+            if (const auto reason = complaint(room, include))
+                result.push_back(path + ": " + include.name + ": " + *reason);
+    }
+    return result;
+}
+
+/// The rooms that `room` includes, of those in `sources`.
+std::map<std::string, std::set<std::string>> arrows(const Sources &sources) {
+    std::map<std::string, std::set<std::string>> result;
+    for (const auto &[path, text] : sources)
+        for (const Include &include : includesOf(text))
+            if (include.isOurs && roomOf(include.name) != roomOf(path))
+                result[roomOf(path)].insert(roomOf(include.name));
+    return result;
+}
+
+/// Rooms from which the arrows lead back to themselves.
+std::vector<std::string> roomsInCycles(const Sources &sources) {
+    const auto graph = arrows(sources);
+    std::vector<std::string> result;
+    for (const auto &[room, targets] : graph) {
+        std::set<std::string> reached;
+        std::vector<std::string> open(targets.begin(), targets.end());
+        while (!open.empty()) {
+            const std::string next = open.back();
+            open.pop_back();
+            if (reached.insert(next).second && graph.contains(next))
+                open.insert(open.end(), graph.at(next).begin(), graph.at(next).end());
+        }
+        if (reached.contains(room))
+            result.push_back(room);
+    }
+    return result;
+}
+
+Sources ourSources() {
+    const std::filesystem::path root = std::filesystem::path(TARNVALE_TESTS_FOLDER).parent_path() / "src";
+    static const std::set<std::string> endings{".h", ".cpp", ".inl", ".mm", ".hpp", ".c"};
+    Sources sources;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(root))
+        if (entry.is_regular_file() && endings.contains(entry.path().extension()))
+            sources[entry.path().lexically_relative(root)] = readFile(entry.path());
+    return sources;
+}
+
+TEST(LayersTest, noIncludeRunsUpTheHouse) {
+    const Sources sources = ourSources();
+    ASSERT_GT(sources.size(), 50u);
+    EXPECT_THAT(complaints(sources), IsEmpty());
+}
+
+TEST(LayersTest, noRoomsIncludeEachOther) {
+    EXPECT_THAT(roomsInCycles(ourSources()), IsEmpty());
+}
+
+TEST(LayersTest, everyKindOfWrongArrowIsSeen) {
+    struct Row {
+        std::string path;
+        std::string line;
+        std::string reason;
+    };
+    const std::vector<Row> rows{
+        {"discovery/a.h", "#include <QString>", "does without Qt"},
+        {"discovery/a.h", "  #  include <QtCore/qglobal.h>", "does without Qt"},
+        {"discovery/linux/a.cpp", "#include <qobject.h>", "does without Qt"},
+        {"discovery/a.h", "#include \"platform/process/P.h\"", "must not know platform"},
+        {"discovery/a.h", "#include \"store/S.h\"", "must not know store"},
+        {"probes/a.h", "#include \"discovery/text.h\"", "must not know discovery"},
+        {"platform/a.h", "#include \"probes/P.h\"", "must not know probes"},
+        {"store/a.h", "#include \"presentation/P.h\"", "must not know presentation"},
+        {"commands/a.h", "#include \"presentation/P.h\"", "must not know presentation"},
+        {"presentation/a.h", "#include \"commands/P.h\"", "must not know commands"},
+        {"presentation/a.h", "#include \"app/P.h\"", "must not know app"},
+        {"store/a.h", "#include \"S.h\"", "names its room"},
+        {"store/a.h", "#include \"../app/S.h\"", "no room .."},
+        {"attic/a.h", "int x;", "stands on no floor"},
+    };
+    for (const Row &row : rows)
+        EXPECT_THAT(complaints({{row.path, "#pragma once\n" + row.line + "\nint x;\n"}}),
+                    ElementsAre(HasSubstr(row.reason)))
+            << row.path << " " << row.line;
+}
+
+TEST(LayersTest, arrowsThatRunDownAreFine) {
+    EXPECT_THAT(complaints({{"discovery/a.h",
+                             "#include <queue>\n#include <sys/types.h>\n#include \"discovery/b.h\"\n"},
+                            {"platform/a.h", "#include <QObject>\n#include \"discovery/b.h\"\n"},
+                            {"store/a.h", "#include \"probes/b.h\"\n#include \"platform/b.h\"\n"},
+                            {"commands/a.h", "#include \"store/b.h\"\n// #include \"app/b.h\"\n"},
+                            {"app/a.cpp", "#include \"commands/b.h\"\n#include \"presentation/b.h\"\n"}}),
+                IsEmpty());
+}
+
+TEST(LayersTest, cyclesOfRoomsAreSeen) {
+    EXPECT_THAT(roomsInCycles({{"a/x.h", "#include \"b/x.h\"\n"},
+                               {"b/x.h", "#include \"c/x.h\"\n"},
+                               {"c/x.h", "#include \"a/y.h\"\n#include \"d/x.h\"\n"},
+                               {"d/x.h", "#include \"d/y.h\"\n"}}),
+                ElementsAre("a", "b", "c"));
+}
+
+} // namespace
+} // namespace tarnvale

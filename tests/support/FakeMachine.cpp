@@ -1,0 +1,127 @@
+#include "support/FakeMachine.h"
+
+#include "discovery/SocketMerger.h"
+#include "discovery/StockToolsMachine.h"
+#include "discovery/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnvale {
+
+void FakeMachine::add(FakeProcess process) {
+    if (!process.startedAt)
+        process.startedAt = m_now;
+    const Pid pid = process.pid;
+    processes.insert_or_assign(pid, std::move(process));
+}
+
+void FakeMachine::listen(Pid pid, std::int64_t port, bool isExposed) {
+    sockets.push_back({.pid = pid, .port = port, .isExposed = isExposed, .command = std::nullopt});
+}
+
+void FakeMachine::end(Pid pid) {
+    processes.erase(pid);
+    std::erase_if(sockets, [pid](const FakeSocket &socket) { return socket.pid == pid; });
+}
+
+void FakeMachine::record(std::string_view question, std::vector<std::int64_t> numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    std::string text(question);
+    for (const std::int64_t number : numbers)
+        text += " " + std::to_string(number);
+    questions.push_back(std::move(text));
+}
+
+std::vector<ListeningPort> FakeMachine::listeningSockets() {
+    record("listeningSockets");
+    SocketMerger merger;
+    for (const FakeSocket &socket : sockets) {
+        const auto process = processes.find(socket.pid);
+        const std::string_view file =
+            process == processes.end() ? std::string_view() : lastPathComponent(process->second.path);
+        merger.add(socket.pid, socket.command ? std::string_view(*socket.command) : file, socket.port,
+                   socket.isExposed);
+    }
+    return merger.take();
+}
+
+ProcessDetailsMap FakeMachine::detailsOf(const std::vector<Pid> &pids) const {
+    ProcessDetailsMap result;
+    for (const Pid pid : pids) {
+        const auto process = processes.find(pid);
+        if (process == processes.end() || !process->second.isReadable)
+            continue;
+        const Instant start = process->second.startedAt.value_or(m_now);
+        result[pid] = {.ppid = process->second.ppid,
+                       .uptime = std::chrono::duration<double>(m_now - start).count(),
+                       .args = process->second.args,
+                       .cpu = process->second.cpu,
+                       .memoryKB = process->second.memoryKB,
+                       .startedAt = tellsStart ? std::optional(start) : std::nullopt};
+    }
+    return result;
+}
+
+ProcessDetailsMap FakeMachine::processDetails(const std::vector<Pid> &pids) {
+    record("processDetails", {pids.begin(), pids.end()});
+    return detailsOf(pids);
+}
+
+ProcessDetailsMap FakeMachine::currentDetails(const std::vector<Pid> &pids) {
+    record("currentDetails", {pids.begin(), pids.end()});
+    return detailsOf(pids);
+}
+
+WorkingDirectories FakeMachine::workingDirectories(const std::vector<Pid> &pids) {
+    record("workingDirectories", {pids.begin(), pids.end()});
+    WorkingDirectories result;
+    for (const Pid pid : pids) {
+        const auto process = processes.find(pid);
+        if (process != processes.end() && process->second.isReadable && process->second.cwd)
+            result[pid] = *process->second.cwd;
+    }
+    return result;
+}
+
+ServiceLabels FakeMachine::serviceLabels(const std::vector<Pid> &pids) {
+    record("serviceLabels", {pids.begin(), pids.end()});
+    return services;
+}
+
+ContainerMap FakeMachine::containers(const std::vector<ListeningPort> &proxies) {
+    std::vector<std::int64_t> ports;
+    for (const ListeningPort &proxy : proxies)
+        ports.push_back(proxy.port);
+    record("containers", std::move(ports));
+    return publishedPorts;
+}
+
+ProcessTable FakeMachine::processTable(const std::vector<Pid> &pids) {
+    record("processTable", {pids.begin(), pids.end()});
+    ProcessTable table;
+    if (hasProcessTable)
+        for (const auto &[pid, process] : processes)
+            table[pid] = {process.ppid, process.path};
+    return table;
+}
+
+std::optional<std::string> FakeMachine::hostApplication(Pid pid, const ProcessNode &node) {
+    record("hostApplication", {pid});
+    const auto process = processes.find(pid);
+    if (process != processes.end() && process->second.application)
+        return process->second.application;
+    return appBundle(node.path);
+}
+
+std::string FakeMachine::ownApplication() {
+    record("ownApplication");
+    return application;
+}
+
+Instant FakeMachine::now() {
+    record("now");
+    return m_now;
+}
+
+} // namespace tarnvale
