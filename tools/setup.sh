@@ -52,7 +52,7 @@ has_command_of() {
 }
 
 # Debian starts a server as soon as it is installed. The tests start their own, on ports of their own, so nothing
-# new may begin to listen on this machine: https://people.debian.org/~hmh/invokerc.d-policyrc.d-specification.txt
+# new may begin to listen on this machine (invoke-rc.d(8), policy-rc.d).
 without_starting_services() {
     local policy=/usr/sbin/policy-rc.d
     if [ -e "$policy" ]; then

@@ -6,7 +6,7 @@
 
 namespace tarnvale {
 
-/// The parts of a desktop file that tell which program it starts (Desktop Entry Specification).
+/// The parts of a desktop file that tell which program it starts (freedesktop.org, Desktop Entry).
 struct DesktopEntry {
     std::string program;   ///< the first word of `Exec`, unquoted, `env` and its settings skipped
     bool isHidden = false; ///< as good as deleted

@@ -1,0 +1,15 @@
+# Runs a fuzzer for a fixed number of inputs on a copy of its corpus: new finds never go into the source tree.
+file(REMOVE_RECURSE ${COPY})
+file(MAKE_DIRECTORY ${COPY}/corpus)
+file(GLOB seeds ${CORPUS}/*)
+if(NOT seeds)
+    message(FATAL_ERROR "There is no corpus in ${CORPUS}")
+endif()
+file(COPY ${seeds} DESTINATION ${COPY}/corpus)
+foreach(words "-runs=0" "-runs=20000;-seed=1;-max_len=4096")
+    execute_process(COMMAND ${FUZZER} ${words} -artifact_prefix=${COPY}/ -print_final_stats=1 ${COPY}/corpus
+        WORKING_DIRECTORY ${COPY} RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${FUZZER} ${words}: ${result}")
+    endif()
+endforeach()
