@@ -188,7 +188,9 @@ LinuxMachine::~LinuxMachine() = default;
 std::vector<ListeningPort> LinuxMachine::listeningSockets() {
     m_state->beginScan();
     const std::vector<Listener> listeners = m_state->listeners();
-    m_state->holders.update(listeners, m_state->cgroups);
+    // Who held a socket in the last scan most likely does so now.
+    const PartedWork likelyOwners = m_state->processes.readingAhead(m_state->holders.owners());
+    m_state->holders.update(listeners, m_state->cgroups, likelyOwners);
     m_state->foreignOwners.beginScan(m_state->holders.refused());
     m_state->processes.readAhead(m_state->holders.owners());
     SocketMerger merger;

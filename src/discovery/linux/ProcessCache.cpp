@@ -1,7 +1,6 @@
 #include "discovery/linux/ProcessCache.h"
 
 #include "discovery/linux/cgroups.h"
-#include "discovery/linux/inParts.h"
 
 #include <algorithm>
 #include <sys/resource.h>
@@ -32,8 +31,7 @@ void ProcessCache::beginScan(std::chrono::nanoseconds uptime) {
     m_uptime = uptime;
 }
 
-void ProcessCache::readAhead(const std::vector<Pid> &pids) {
-    constexpr std::size_t worthTwo = 128;
+PartedWork ProcessCache::readingAhead(const std::vector<Pid> &pids) {
     struct Reading {
         Entry *entry;
         bool mayStayOpen;
@@ -43,12 +41,22 @@ void ProcessCache::readAhead(const std::vector<Pid> &pids) {
     for (const Pid pid : pids)
         if (Entry &entry = entryOf(pid); entry.scan != m_scan)
             readings.push_back({&entry, mayStayOpen(entry)});
-    inParts(readings.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::size_t) {
-        for (std::size_t i = begin; i < end; ++i) {
-            Entry &entry = *readings[i].entry;
-            entry.isAlive = entry.process.refresh(m_scan, m_uptime, readings[i].mayStayOpen);
-            entry.scan = m_scan;
-        }
+    const std::size_t count = readings.size();
+    return {.count = count, .run = [this, readings = std::move(readings)](std::size_t i) {
+                Entry &entry = *readings[i].entry;
+                entry.isAlive = entry.process.refresh(m_scan, m_uptime, readings[i].mayStayOpen);
+                entry.scan = m_scan;
+                if (entry.isAlive)
+                    entry.process.readTexts();
+            }};
+}
+
+void ProcessCache::readAhead(const std::vector<Pid> &pids) {
+    constexpr std::size_t worthTwo = 128;
+    const PartedWork work = readingAhead(pids);
+    inParts(work.count, worthTwo, [&](std::size_t begin, std::size_t end, std::size_t) {
+        for (std::size_t i = begin; i < end; ++i)
+            work.run(i);
     });
 }
 
@@ -68,11 +76,12 @@ ProcessCache::Entry &ProcessCache::entryOf(Pid pid) {
     return m_entries.emplace(pid, Entry{TrackedProcess(m_procFolder, pid), 0, false}).first->second;
 }
 
-/// Whether the entry's file may stay open, counting it in when it is new.
+/// Whether the entry's file may stay open, counting it in when it is new. Only a second scan shows that it
+/// pays.
 bool ProcessCache::mayStayOpen(const Entry &entry) {
     if (entry.process.isHeldOpen())
         return true;
-    if (m_heldOpen >= m_mostHeldOpen)
+    if (entry.scan == 0 || m_heldOpen >= m_mostHeldOpen)
         return false;
     ++m_heldOpen;
     return true;

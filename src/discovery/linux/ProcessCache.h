@@ -1,6 +1,7 @@
 #pragma once
 
 #include "discovery/linux/TrackedProcess.h"
+#include "discovery/linux/inParts.h"
 
 #include <chrono>
 #include <cstdint>
@@ -18,8 +19,11 @@ public:
     /// Begins a scan at `uptime`, the time since boot, and forgets what the last one didn't ask for.
     void beginScan(std::chrono::nanoseconds uptime);
 
-    /// Reads `pids` (sorted, each once), all at once, since they will be asked for.
+    /// Reads `pids` (sorted, each once) with their texts, all at once, since they will be asked for.
     void readAhead(const std::vector<Pid> &pids);
+
+    /// The same as work for others to do, before anything else is asked in this scan.
+    [[nodiscard]] PartedWork readingAhead(const std::vector<Pid> &pids);
 
     /// The process as it is in this scan; null when there is none. Valid until the next `beginScan`.
     [[nodiscard]] TrackedProcess *find(Pid pid);

@@ -43,11 +43,12 @@ std::vector<Pid> kernelThreads(int procFolder) {
 
 } // namespace
 
-void SocketHolders::update(const std::vector<Listener> &listeners, CgroupTree &cgroups) {
+void SocketHolders::update(const std::vector<Listener> &listeners, CgroupTree &cgroups,
+                           const PartedWork &alongside) {
     ++m_update;
     m_walked.clear();
     m_inodes = inodesOf(listeners);
-    keepConfirmed();
+    keepConfirmed(alongside);
     // The kernel gives out a pid a moment before the process can be seen, and some sandboxes give a loadavg
     // of their own: a socket without a holder is reason enough to list.
     const bool hasForked = mayHaveForked();
@@ -74,11 +75,11 @@ std::vector<Pid> SocketHolders::owners() const {
     return owners;
 }
 
-void SocketHolders::keepConfirmed() {
+void SocketHolders::keepConfirmed(const PartedWork &alongside) {
     std::erase_if(m_holders, [&](const Holder &holder) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), holder.inode);
     });
-    m_holders = confirmedHolders(m_procFolder, m_holders);
+    m_holders = confirmedHolders(m_procFolder, m_holders, alongside);
     std::erase_if(m_searches, [&](const auto &entry) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), entry.first);
     });

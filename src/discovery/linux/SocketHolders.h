@@ -28,8 +28,9 @@ public:
     /// `procFolder` stays open as long as this object lives.
     explicit SocketHolders(int procFolder) : m_procFolder(procFolder) {}
 
-    /// Brings the holders of `listeners` up to date.
-    void update(const std::vector<Listener> &listeners, CgroupTree &cgroups);
+    /// Brings the holders of `listeners` up to date. `alongside` is done meanwhile.
+    void update(const std::vector<Listener> &listeners, CgroupTree &cgroups,
+                const PartedWork &alongside = {});
 
     /// The holders of a socket, by pid; empty when none can be seen.
     [[nodiscard]] std::span<const Holder> holders(std::uint64_t inode) const;
@@ -49,7 +50,7 @@ private:
         std::uint64_t wait = 1; ///< updates to wait after the next failure
     };
 
-    void keepConfirmed();
+    void keepConfirmed(const PartedWork &alongside);
     bool mayHaveForked();
     std::vector<WalkedProcess> takeNewProcesses();
     void walk(std::vector<WalkedProcess> &processes);

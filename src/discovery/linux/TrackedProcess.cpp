@@ -120,6 +120,13 @@ std::chrono::milliseconds TrackedProcess::start() const {
     return std::chrono::floor<std::chrono::milliseconds>(fromTicks(m_stat.startTime));
 }
 
+void TrackedProcess::readTexts() {
+    command();
+    args();
+    cwd();
+    memoryKB();
+}
+
 const std::string &TrackedProcess::command() {
     if (m_command)
         return *m_command;

@@ -31,17 +31,20 @@ public:
     [[nodiscard]] const ProcStat &stat() const { return m_stat; }
     [[nodiscard]] bool isHeldOpen() const { return m_statFile.isOpen(); }
 
+    /// Reads what every listed process is asked for: its name, command line, folder and size.
+    void readTexts();
+
     /// The process's short name, made whole where the kernel cut it.
-    [[nodiscard]] const std::string &command();
+    const std::string &command();
 
     /// The command line in one text, at most 256 KiB of it; "[comm]" when it is empty.
-    [[nodiscard]] const std::string &args();
+    const std::string &args();
 
     /// The words of the command line, at most 64 KiB of it, as bytes. Read anew at each call.
     [[nodiscard]] std::vector<std::string_view> words();
 
     /// The working directory; nothing when it can't be read.
-    [[nodiscard]] const std::optional<std::string> &cwd();
+    const std::optional<std::string> &cwd();
 
     /// The executable's path; empty when it can't be read.
     [[nodiscard]] const std::string &executable();
@@ -50,7 +53,7 @@ public:
     [[nodiscard]] const std::string &cgroup();
 
     /// Resident size in kilobytes.
-    [[nodiscard]] std::int64_t memoryKB();
+    std::int64_t memoryKB();
 
     /// Percent of one processor between the last two readings; since its start at the first.
     [[nodiscard]] double cpu() const { return m_cpu; }

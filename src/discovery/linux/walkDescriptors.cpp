@@ -1,6 +1,5 @@
 #include "discovery/linux/walkDescriptors.h"
 
-#include "discovery/linux/inParts.h"
 #include "discovery/text.h"
 
 #include <algorithm>
@@ -113,14 +112,21 @@ std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> pro
     return holders;
 }
 
-std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders) {
-    constexpr std::size_t worthTwo = 200;
-    auto confirmed = gather(holders.size(), worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
-        const Holder &holder = holders[i];
+std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders,
+                                     const PartedWork &alongside) {
+    constexpr std::size_t worthTwo = 256;
+    const auto confirm = [&](const Holder &holder, std::vector<Holder> &found) {
         const ProcPath path(holder.pid, "fd/", holder.descriptor, holder.thread);
         if (socketInode(ShortLink().read(procFolder, path.get())) == holder.inode)
             found.push_back(holder);
-    });
+    };
+    auto confirmed =
+        gather(holders.size() + alongside.count, worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
+            if (i < holders.size())
+                confirm(holders[i], found);
+            else
+                alongside.run(i - holders.size());
+        });
     std::sort(confirmed.begin(), confirmed.end());
     return confirmed;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "discovery/linux/inParts.h"
 #include "discovery/linux/procFiles.h"
 
 #include <cstdint>
@@ -35,7 +36,9 @@ void sortUniqueHolders(std::vector<Holder> &holders);
 [[nodiscard]] std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> processes,
                                                   const std::vector<std::uint64_t> &inodes);
 
-/// Those of `holders` whose descriptor means the same socket now.
-[[nodiscard]] std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders);
+/// Those of `holders` whose descriptor means the same socket now. `alongside` is done too, by the same
+/// threads: starting them twice would cost more than it brings.
+[[nodiscard]] std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders,
+                                                   const PartedWork &alongside = {});
 
 } // namespace tarnvale
