@@ -20,6 +20,11 @@
 namespace tarnvale {
 namespace {
 
+using testing::AllOf;
+using testing::Each;
+using testing::IsEmpty;
+using testing::Not;
+
 std::vector<Listener> rowsOf(const std::vector<Listener> &all, std::uint64_t inode) {
     std::vector<Listener> rows;
     std::copy_if(all.begin(), all.end(), std::back_inserter(rows),
@@ -116,7 +121,8 @@ TEST_F(SocketDiagLiveTest, netlinkAndTheTablesAgree) {
         auto rows = rowsOf(asked, listener.inode);
         ASSERT_EQ(rows.size(), 1u);
         rows.front().cgroup.reset(); // the tables don't tell it
-        EXPECT_EQ(rows, rowsOf(read, listener.inode));
+        // A table is read in pieces, and shows a row twice when other sockets come and go meanwhile.
+        EXPECT_THAT(rowsOf(read, listener.inode), AllOf(Not(IsEmpty()), Each(rows.front())));
     }
 }
 
