@@ -79,6 +79,7 @@ struct LinuxMachine::State {
     DesktopEntries desktopEntries;
     ContainerAnswer containers;
     Instant bootTime{};
+    unsigned scan = 0;
     int netlinkPause = 0; ///< scans until it is tried again
 };
 
@@ -86,7 +87,10 @@ void LinuxMachine::State::beginScan() {
     const nanoseconds uptime = sources.uptime();
     processes.beginScan(uptime);
     cgroups.beginScan();
-    desktopEntries.beginScan();
+    // An application is installed now and then: no need to look at its folders all the time.
+    constexpr unsigned scansBetweenLooks = 8;
+    if (scan++ % scansBetweenLooks == 0)
+        desktopEntries.beginScan();
     // One moment of boot for all scans, so that a start time is the same each time, until the clock is set.
     const Instant measured = sources.wallClock() - std::chrono::floor<std::chrono::milliseconds>(uptime);
     if (std::chrono::abs(measured - bootTime) > 2s)
