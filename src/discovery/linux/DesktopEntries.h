@@ -1,8 +1,5 @@
 #pragma once
 
-#include "discovery/linux/applicationIds.h"
-#include "discovery/linux/parseDesktopEntry.h"
-
 #include <optional>
 #include <string>
 #include <sys/stat.h>

@@ -9,6 +9,7 @@
 #include "discovery/linux/ProcessCache.h"
 #include "discovery/linux/SocketDiag.h"
 #include "discovery/linux/SocketHolders.h"
+#include "discovery/linux/applicationIds.h"
 #include "discovery/linux/cgroups.h"
 #include "discovery/linux/parseProcNetTcp.h"
 #include "discovery/linux/procFiles.h"

@@ -44,8 +44,7 @@ PartedWork ProcessCache::readingAhead(const std::vector<Pid> &pids) {
     const std::size_t count = readings.size();
     return {.count = count, .run = [this, readings = std::move(readings)](std::size_t i) {
                 Entry &entry = *readings[i].entry;
-                entry.isAlive = entry.process.refresh(m_scan, m_uptime, readings[i].mayStayOpen);
-                entry.scan = m_scan;
+                read(entry, readings[i].mayStayOpen);
                 if (entry.isAlive)
                     entry.process.readTexts();
             }};
@@ -62,11 +61,14 @@ void ProcessCache::readAhead(const std::vector<Pid> &pids) {
 
 TrackedProcess *ProcessCache::find(Pid pid) {
     Entry &entry = entryOf(pid);
-    if (entry.scan != m_scan) {
-        entry.isAlive = entry.process.refresh(m_scan, m_uptime, mayStayOpen(entry));
-        entry.scan = m_scan;
-    }
+    if (entry.scan != m_scan)
+        read(entry, mayStayOpen(entry));
     return entry.isAlive ? &entry.process : nullptr;
+}
+
+void ProcessCache::read(Entry &entry, bool mayStayOpen) const {
+    entry.isAlive = entry.process.refresh(m_scan, m_uptime, mayStayOpen);
+    entry.scan = m_scan;
 }
 
 ProcessCache::Entry &ProcessCache::entryOf(Pid pid) {

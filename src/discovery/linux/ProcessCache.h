@@ -38,6 +38,7 @@ private:
         bool isAlive = false;
     };
 
+    void read(Entry &entry, bool mayStayOpen) const;
     Entry &entryOf(Pid pid);
     bool mayStayOpen(const Entry &entry);
 

@@ -75,6 +75,14 @@ std::vector<Pid> SocketHolders::owners() const {
     return owners;
 }
 
+std::vector<Pid> SocketHolders::refused() const {
+    std::vector<Pid> refused;
+    for (const WalkedProcess &process : m_processes)
+        if (process.isRefused)
+            refused.push_back(process.entry.pid);
+    return refused;
+}
+
 void SocketHolders::keepConfirmed(const PartedWork &alongside) {
     std::erase_if(m_holders, [&](const Holder &holder) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), holder.inode);
@@ -115,7 +123,6 @@ std::vector<WalkedProcess> SocketHolders::takeNewProcesses() {
             added.push_back(listed.back());
     }
     m_processes = std::move(listed);
-    std::erase_if(m_refused, [&](Pid pid) { return known(pid) == nullptr; });
     return added;
 }
 
@@ -130,11 +137,6 @@ void SocketHolders::walk(std::vector<WalkedProcess> &processes) {
         m_walked.push_back(process.entry.pid);
     }
     sortUnique(m_walked);
-    std::erase_if(m_refused, [&](Pid pid) { return isWalked(pid); });
-    for (const WalkedProcess &process : m_processes)
-        if (process.isRefused && isWalked(process.entry.pid))
-            m_refused.push_back(process.entry.pid);
-    sortUnique(m_refused);
     m_holders.insert(m_holders.end(), found.begin(), found.end());
     sortUniqueHolders(m_holders);
 }

@@ -39,7 +39,7 @@ public:
     [[nodiscard]] std::vector<Pid> owners() const;
 
     /// The processes whose descriptors this user may not see, by pid.
-    [[nodiscard]] const std::vector<Pid> &refused() const { return m_refused; }
+    [[nodiscard]] std::vector<Pid> refused() const;
 
     /// How many processes were looked through since the beginning: what a test of the cost counts.
     [[nodiscard]] std::uint64_t walkCount() const { return m_walkCount; }
@@ -68,7 +68,6 @@ private:
     std::vector<Holder> m_holders;          ///< sorted
     std::vector<WalkedProcess> m_processes; ///< by pid
     std::vector<Pid> m_walked;              ///< in this update
-    std::vector<Pid> m_refused;
     std::unordered_map<std::uint64_t, Search> m_searches;
     std::optional<std::int64_t> m_lastPid;
     std::size_t m_auditPosition = 0;
