@@ -1,6 +1,7 @@
 #include "discovery/ListeningPort.h"
 
 #include "discovery/naming.h"
+#include "discovery/sortUnique.h"
 #include "discovery/text.h"
 
 #include <algorithm>
@@ -122,11 +123,6 @@ std::string ListeningPort::title() const {
     if (container)
         return *container;
     return hasProject() ? *projectName() : displayName();
-}
-
-void sortUnique(std::vector<Pid> &pids) {
-    std::sort(pids.begin(), pids.end());
-    pids.erase(std::unique(pids.begin(), pids.end()), pids.end());
 }
 
 std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports) {

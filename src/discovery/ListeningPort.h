@@ -71,9 +71,6 @@ struct ListeningPort {
     bool operator==(const ListeningPort &) const = default;
 };
 
-/// Sorts `pids` and drops repeated ones.
-void sortUnique(std::vector<Pid> &pids);
-
 /// The processes of `ports`, sorted, each once.
 [[nodiscard]] std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports);
 

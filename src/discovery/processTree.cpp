@@ -2,6 +2,7 @@
 
 #include "discovery/Machine.h"
 #include "discovery/detectAgent.h"
+#include "discovery/sortUnique.h"
 #include "discovery/text.h"
 
 #include <algorithm>

@@ -4,6 +4,7 @@
 #include "discovery/SocketMerger.h"
 #include "discovery/artisan.h"
 #include "discovery/processTree.h"
+#include "discovery/sortUnique.h"
 
 namespace tarnvale {
 

@@ -1,5 +1,6 @@
 #include "discovery/Machine.h"
 
+#include "discovery/sortUnique.h"
 #include "support/FakeMachine.h"
 
 #include <gmock/gmock.h>

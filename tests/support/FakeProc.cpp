@@ -99,6 +99,7 @@ void FakeProc::change(const FakeProcess &process) {
 void FakeProc::remove(Pid pid) {
     const std::string folder = "proc/" + std::to_string(pid);
     write(folder + "/stat", "");
+    write(folder + "/schedstat", "");
     // Moved rather than removed, so that its inode isn't given out again.
     fs::rename(m_folder + "/" + folder, m_folder + "/gone" + std::to_string(++m_gone));
 }
@@ -160,6 +161,8 @@ void FakeProc::layOut(const std::string &folder, const FakeProcess &process) con
     write(folder + "/cmdline", commandLineOf(process));
     write(folder + "/cgroup", process.cgroup);
     write(folder + "/statm", "1024 " + std::to_string(process.residentPages) + " 64 1 0 128 0\n");
+    if (!process.schedule.empty())
+        write(folder + "/schedstat", process.schedule);
     const std::string path = m_folder + "/" + folder;
     link(process.cwd, path + "/cwd");
     link(process.executable, path + "/exe");

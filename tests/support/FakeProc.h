@@ -29,6 +29,7 @@ struct FakeProcess {
     std::string cwd;               ///< no link without one
     std::string executable;        ///< no link without one
     std::map<int, std::uint64_t> sockets;
+    std::string schedule; ///< the whole of schedstat; no file without
 };
 
 /// The kernel's process file system and control groups as a tree in a temporary folder, with a clock that

@@ -194,8 +194,8 @@ std::vector<ListeningPort> LinuxMachine::listeningSockets() {
     m_state->beginScan();
     const std::vector<Listener> listeners = m_state->listeners();
     // Who held a socket in the last scan most likely does so now.
-    const PartedWork likelyOwners = m_state->processes.readingAhead(m_state->holders.owners());
-    m_state->holders.update(listeners, m_state->cgroups, likelyOwners);
+    const MayHaveRun mayHaveRun = m_state->processes.readingAhead(m_state->holders.owners());
+    m_state->holders.update(listeners, m_state->cgroups, mayHaveRun);
     m_state->foreignOwners.beginScan(m_state->holders.refused());
     m_state->processes.readAhead(m_state->holders.owners());
     SocketMerger merger;

@@ -1,6 +1,7 @@
 #include "discovery/linux/ProcessCache.h"
 
 #include "discovery/linux/cgroups.h"
+#include "discovery/linux/inParts.h"
 
 #include <algorithm>
 #include <sys/resource.h>
@@ -31,62 +32,63 @@ void ProcessCache::beginScan(std::chrono::nanoseconds uptime) {
     m_uptime = uptime;
 }
 
-PartedWork ProcessCache::readingAhead(const std::vector<Pid> &pids) {
-    struct Reading {
-        Entry *entry;
-        bool mayStayOpen;
-    };
-    std::vector<Reading> readings;
-    readings.reserve(pids.size());
+std::function<bool(Pid)> ProcessCache::readingAhead(const std::vector<Pid> &pids) {
     for (const Pid pid : pids)
-        if (Entry &entry = entryOf(pid); entry.scan != m_scan)
-            readings.push_back({&entry, mayStayOpen(entry)});
-    const std::size_t count = readings.size();
-    return {.count = count, .run = [this, readings = std::move(readings)](std::size_t i) {
-                Entry &entry = *readings[i].entry;
-                read(entry, readings[i].mayStayOpen);
-                if (entry.isAlive)
-                    entry.process.readTexts();
-            }};
+        prepared(pid);
+    return [this](Pid pid) {
+        Entry &entry = m_entries.find(pid)->second;
+        readWithTexts(entry);
+        return entry.process.mayHaveRun();
+    };
 }
 
 void ProcessCache::readAhead(const std::vector<Pid> &pids) {
     constexpr std::size_t worthTwo = 128;
-    const PartedWork work = readingAhead(pids);
-    inParts(work.count, worthTwo, [&](std::size_t begin, std::size_t end, std::size_t) {
+    std::vector<Entry *> entries;
+    for (const Pid pid : pids)
+        if (Entry &entry = prepared(pid); entry.scan != m_scan)
+            entries.push_back(&entry);
+    inParts(entries.size(), worthTwo, [&](std::size_t begin, std::size_t end, std::size_t) {
         for (std::size_t i = begin; i < end; ++i)
-            work.run(i);
+            readWithTexts(*entries[i]);
     });
 }
 
 TrackedProcess *ProcessCache::find(Pid pid) {
     Entry &entry = entryOf(pid);
     if (entry.scan != m_scan)
-        read(entry, mayStayOpen(entry));
+        read(prepared(pid));
     return entry.isAlive ? &entry.process : nullptr;
 }
 
-void ProcessCache::read(Entry &entry, bool mayStayOpen) const {
-    entry.isAlive = entry.process.refresh(m_scan, m_uptime, mayStayOpen);
+void ProcessCache::read(Entry &entry) const {
+    entry.isAlive = entry.process.refresh(m_scan, m_uptime, entry.mayStayOpen);
     entry.scan = m_scan;
+}
+
+void ProcessCache::readWithTexts(Entry &entry) const {
+    read(entry);
+    if (entry.isAlive)
+        entry.process.readTexts();
 }
 
 ProcessCache::Entry &ProcessCache::entryOf(Pid pid) {
     const auto found = m_entries.find(pid);
     if (found != m_entries.end())
         return found->second;
-    return m_entries.emplace(pid, Entry{TrackedProcess(m_procFolder, pid), 0, false}).first->second;
+    return m_entries.emplace(pid, Entry{TrackedProcess(m_procFolder, pid)}).first->second;
 }
 
-/// Whether the entry's file may stay open, counting it in when it is new. Only a second scan shows that it
-/// pays.
-bool ProcessCache::mayStayOpen(const Entry &entry) {
-    if (entry.process.isHeldOpen())
-        return true;
-    if (entry.scan == 0 || m_heldOpen >= m_mostHeldOpen)
-        return false;
-    ++m_heldOpen;
-    return true;
+/// The entry, ready to be read: whether its file may stay open is settled, and counted in when that is new.
+/// Only a second scan shows that it pays.
+ProcessCache::Entry &ProcessCache::prepared(Pid pid) {
+    Entry &entry = entryOf(pid);
+    const bool isHeld = entry.process.isHeldOpen();
+    const bool mayBe = entry.scan != 0 && entry.scan != m_scan && m_heldOpen < m_mostHeldOpen;
+    entry.mayStayOpen = isHeld || mayBe;
+    if (mayBe && !isHeld)
+        ++m_heldOpen;
+    return entry;
 }
 
 bool ProcessCache::isServiceManager(TrackedProcess &process) {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "discovery/linux/TrackedProcess.h"
-#include "discovery/linux/inParts.h"
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <unordered_map>
 #include <vector>
 
@@ -22,8 +22,9 @@ public:
     /// Reads `pids` (sorted, each once) with their texts, all at once, since they will be asked for.
     void readAhead(const std::vector<Pid> &pids);
 
-    /// The same as work for others to do, before anything else is asked in this scan.
-    [[nodiscard]] PartedWork readingAhead(const std::vector<Pid> &pids);
+    /// The same as work for others to do, on any thread and for each of `pids` once, before anything else is
+    /// asked in this scan: it tells whether the process may have run since the last one.
+    [[nodiscard]] std::function<bool(Pid)> readingAhead(const std::vector<Pid> &pids);
 
     /// The process as it is in this scan; null when there is none. Valid until the next `beginScan`.
     [[nodiscard]] TrackedProcess *find(Pid pid);
@@ -36,11 +37,13 @@ private:
         TrackedProcess process;
         std::uint64_t scan = 0; ///< in which it was read last
         bool isAlive = false;
+        bool mayStayOpen = false;
     };
 
-    void read(Entry &entry, bool mayStayOpen) const;
+    void read(Entry &entry) const;
+    void readWithTexts(Entry &entry) const;
     Entry &entryOf(Pid pid);
-    bool mayStayOpen(const Entry &entry);
+    Entry &prepared(Pid pid);
 
     int m_procFolder;
     std::size_t m_mostHeldOpen;

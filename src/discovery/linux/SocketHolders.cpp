@@ -1,5 +1,6 @@
 #include "discovery/linux/SocketHolders.h"
 
+#include "discovery/sortUnique.h"
 #include "discovery/text.h"
 
 #include <algorithm>
@@ -24,8 +25,7 @@ std::vector<std::uint64_t> inodesOf(const std::vector<Listener> &listeners) {
     for (const Listener &listener : listeners)
         if (listener.inode != 0)
             inodes.push_back(listener.inode);
-    std::sort(inodes.begin(), inodes.end());
-    inodes.erase(std::unique(inodes.begin(), inodes.end()), inodes.end());
+    sortUnique(inodes);
     return inodes;
 }
 
@@ -44,11 +44,11 @@ std::vector<Pid> kernelThreads(int procFolder) {
 } // namespace
 
 void SocketHolders::update(const std::vector<Listener> &listeners, CgroupTree &cgroups,
-                           const PartedWork &alongside) {
+                           const MayHaveRun &mayHaveRun) {
     ++m_update;
-    m_walked.clear();
     m_inodes = inodesOf(listeners);
-    keepConfirmed(alongside);
+    keepConfirmed(mayHaveRun);
+    m_walked.clear();
     // The kernel gives out a pid a moment before the process can be seen, and some sandboxes give a loadavg
     // of their own: a socket without a holder is reason enough to list.
     const bool hasForked = mayHaveForked();
@@ -83,11 +83,15 @@ std::vector<Pid> SocketHolders::refused() const {
     return refused;
 }
 
-void SocketHolders::keepConfirmed(const PartedWork &alongside) {
+void SocketHolders::keepConfirmed(const MayHaveRun &mayHaveRun) {
     std::erase_if(m_holders, [&](const Holder &holder) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), holder.inode);
     });
-    m_holders = confirmedHolders(m_procFolder, m_holders, alongside);
+    // A process that was walked in the last update may have run between that and the look at its counters.
+    m_holders = confirmedHolders(m_procFolder, std::move(m_holders), [&](Pid pid) {
+        const bool hasRested = mayHaveRun && !mayHaveRun(pid);
+        return !hasRested || isWalked(pid);
+    });
     std::erase_if(m_searches, [&](const auto &entry) {
         return !std::binary_search(m_inodes.begin(), m_inodes.end(), entry.first);
     });
@@ -147,8 +151,7 @@ void SocketHolders::searchGroups(const std::vector<Listener> &listeners, CgroupT
     for (const Listener &listener : listeners)
         if (listener.cgroup && std::binary_search(missing.begin(), missing.end(), listener.inode))
             groups.push_back(*listener.cgroup);
-    std::sort(groups.begin(), groups.end());
-    groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
+    sortUnique(groups);
 
     std::vector<WalkedProcess> candidates;
     for (const std::uint64_t group : groups) {

@@ -28,9 +28,10 @@ public:
     /// `procFolder` stays open as long as this object lives.
     explicit SocketHolders(int procFolder) : m_procFolder(procFolder) {}
 
-    /// Brings the holders of `listeners` up to date. `alongside` is done meanwhile.
+    /// Brings the holders of `listeners` up to date. `mayHaveRun`, when there is one, is asked once for each
+    /// of the `owners()` that were known before and still may be.
     void update(const std::vector<Listener> &listeners, CgroupTree &cgroups,
-                const PartedWork &alongside = {});
+                const MayHaveRun &mayHaveRun = {});
 
     /// The holders of a socket, by pid; empty when none can be seen.
     [[nodiscard]] std::span<const Holder> holders(std::uint64_t inode) const;
@@ -50,7 +51,7 @@ private:
         std::uint64_t wait = 1; ///< updates to wait after the next failure
     };
 
-    void keepConfirmed(const PartedWork &alongside);
+    void keepConfirmed(const MayHaveRun &mayHaveRun);
     bool mayHaveForked();
     std::vector<WalkedProcess> takeNewProcesses();
     void walk(std::vector<WalkedProcess> &processes);

@@ -17,8 +17,10 @@ using std::chrono::nanoseconds;
 constexpr std::size_t argumentLimit = 256u << 10;
 constexpr std::size_t smallFileLimit = 64u << 10;
 
-/// Every text is read again after this many scans, each process in a scan of its own.
+/// Every text is read again after this many scans, each process in a scan of its own. What proves that it
+/// hasn't run is trusted longer: then only others can have moved it or taken its memory.
 constexpr std::uint64_t scansBetweenReadings = 8;
+constexpr std::uint64_t scansOfRest = 64;
 
 std::int64_t ticksPerSecond() {
     static const std::int64_t ticks = std::max(1L, sysconf(_SC_CLK_TCK));
@@ -47,13 +49,25 @@ bool hasRested(const ProcStat &before, const ProcStat &after) {
 } // namespace
 
 bool TrackedProcess::refresh(std::uint64_t scan, nanoseconds uptime, bool mayKeepOpen) {
+    const auto isTurn = [&](std::uint64_t scans) {
+        return (scan + static_cast<std::uint64_t>(m_pid)) % scans == 0;
+    };
+    std::string schedule = readSchedule(mayKeepOpen);
+    const bool isAsleep = m_stat.threads == 1 && m_stat.state != 'R';
+    m_mayHaveRun = !isAsleep || schedule.empty() || schedule != m_schedule || isTurn(scansOfRest);
+    if (!m_mayHaveRun) {
+        m_readAt = uptime;
+        measure(false);
+        return true;
+    }
     const ProcStat before = m_stat;
     const bool wasRead = m_readAt != nanoseconds::zero();
-    if (!readStat(mayKeepOpen))
+    m_schedule = std::move(schedule); // before `stat`: what happens in between is seen the next time
+    if (!readStat(mayKeepOpen && !m_scheduleFile.isOpen()))
         return false;
     m_readAt = uptime;
     const bool isNew = !wasRead || before.startTime != m_stat.startTime;
-    const bool isDue = (scan + static_cast<std::uint64_t>(m_pid)) % scansBetweenReadings == 0;
+    const bool isDue = isTurn(scansBetweenReadings);
     const bool hasRun = isNew || !hasRested(before, m_stat);
     if (hasRun)
         m_memoryKB.reset();
@@ -62,6 +76,25 @@ bool TrackedProcess::refresh(std::uint64_t scan, nanoseconds uptime, bool mayKee
     findLivingThread();
     measure(isNew);
     return true;
+}
+
+/// How long its thread has run and how often it was given a processor (Linux,
+/// Documentation/scheduler/sched-stats.rst). Empty when there is more than one thread, the file may not be
+/// kept open, which is what makes it cheap, or the kernel doesn't count.
+std::string TrackedProcess::readSchedule(bool mayKeepOpen) {
+    if (m_stat.threads != 1 || !mayKeepOpen)
+        m_scheduleFile.reset();
+    else if (!m_scheduleFile.isOpen())
+        m_scheduleFile = FileDescriptor(
+            openat(m_procFolder, ProcPath(m_pid, "schedstat").get(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!m_scheduleFile.isOpen())
+        return {};
+    m_statFile.reset();
+    std::array<char, 128> content;
+    const ssize_t length = pread(m_scheduleFile.get(), content.data(), content.size(), 0);
+    if (length <= 0)
+        m_scheduleFile.reset();
+    return {content.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
 bool TrackedProcess::readStat(bool mayKeepOpen) {

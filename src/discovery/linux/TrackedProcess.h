@@ -15,21 +15,26 @@ namespace tarnvale {
 
 /// One process that the scan follows, known by its pid and start time.
 ///
-/// `refresh` reads its `stat` anew. The longer texts are read when they are first asked for and kept as long
-/// as `stat` shows no trace of the process having run; a process that changes none of the counters can still
-/// have changed its folder, so each text is read again after a few scans in any case.
+/// `refresh` reads its `stat` anew, unless a far cheaper look at `schedstat` proves that its only thread has
+/// not run since: a process that hasn't run has changed nothing of its own. The longer texts are read when
+/// they are first asked for and kept as long as `stat` shows no trace of the process having run; a process of
+/// several threads can change its folder and none of the counters, so each text is read again after a few
+/// scans in any case.
 class TrackedProcess {
 public:
     /// `procFolder` stays open as long as this object lives.
     TrackedProcess(int procFolder, Pid pid) : m_procFolder(procFolder), m_pid(pid) {}
 
-    /// Reads `stat` at `uptime`, the time since boot; false when the process has gone. `mayKeepOpen`: the
-    /// file may stay open for the next time.
+    /// Brings `stat` up to date at `uptime`, the time since boot; false when the process has gone.
+    /// `mayKeepOpen`: one file may stay open for the next time.
     bool refresh(std::uint64_t scan, std::chrono::nanoseconds uptime, bool mayKeepOpen);
 
     [[nodiscard]] Pid pid() const { return m_pid; }
     [[nodiscard]] const ProcStat &stat() const { return m_stat; }
-    [[nodiscard]] bool isHeldOpen() const { return m_statFile.isOpen(); }
+    [[nodiscard]] bool isHeldOpen() const { return m_statFile.isOpen() || m_scheduleFile.isOpen(); }
+
+    /// False when the last `refresh` found that it has not run since the one before.
+    [[nodiscard]] bool mayHaveRun() const { return m_mayHaveRun; }
 
     /// Reads what every listed process is asked for: its name, command line, folder and size.
     void readTexts();
@@ -65,6 +70,7 @@ public:
     [[nodiscard]] std::chrono::milliseconds start() const;
 
 private:
+    [[nodiscard]] std::string readSchedule(bool mayKeepOpen);
     bool readStat(bool mayKeepOpen);
     void forgetTexts();
     void findLivingThread();
@@ -75,7 +81,10 @@ private:
     Pid m_pid;
     Pid m_livingThread = 0; ///< stands in for a first thread that has ended; 0 while it lives
     FileDescriptor m_statFile;
+    FileDescriptor m_scheduleFile; ///< open instead of the other
     ProcStat m_stat;
+    std::string m_schedule; ///< as it was just before `m_stat`; empty when it proves nothing
+    bool m_mayHaveRun = true;
     std::chrono::nanoseconds m_readAt{};
     std::chrono::nanoseconds m_sampledAt{};
     std::uint64_t m_sampledTicks = 0;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
-#include <functional>
 #include <system_error>
 #include <thread>
 
@@ -28,11 +27,5 @@ template<typename Work> void inParts(std::size_t count, std::size_t worthTwo, co
     }
     run(0);
 }
-
-/// Independent pieces of work that any thread may do: `run(i)` for each number below `count`.
-struct PartedWork {
-    std::size_t count = 0;
-    std::function<void(std::size_t)> run;
-};
 
 } // namespace tarnvale

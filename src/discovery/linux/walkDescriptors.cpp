@@ -1,9 +1,11 @@
 #include "discovery/linux/walkDescriptors.h"
 
+#include "discovery/linux/inParts.h"
 #include "discovery/text.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -112,21 +114,26 @@ std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> pro
     return holders;
 }
 
-std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders,
-                                     const PartedWork &alongside) {
+std::vector<Holder> confirmedHolders(int procFolder, std::vector<Holder> holders,
+                                     const MayHaveRun &mayHaveRun) {
     constexpr std::size_t worthTwo = 256;
-    const auto confirm = [&](const Holder &holder, std::vector<Holder> &found) {
+    std::sort(holders.begin(), holders.end(), [](const Holder &a, const Holder &b) { return a.pid < b.pid; });
+    const auto means = [&](const Holder &holder) {
         const ProcPath path(holder.pid, "fd/", holder.descriptor, holder.thread);
-        if (socketInode(ShortLink().read(procFolder, path.get())) == holder.inode)
-            found.push_back(holder);
+        return socketInode(ShortLink().read(procFolder, path.get())) == holder.inode;
     };
-    auto confirmed =
-        gather(holders.size() + alongside.count, worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
-            if (i < holders.size())
-                confirm(holders[i], found);
-            else
-                alongside.run(i - holders.size());
-        });
+    std::vector<std::span<const Holder>> processes;
+    for (auto first = holders.begin(); first != holders.end();) {
+        const auto last =
+            std::find_if(first, holders.end(), [&](const Holder &h) { return h.pid != first->pid; });
+        processes.emplace_back(first, last);
+        first = last;
+    }
+    auto confirmed = gather(processes.size(), worthTwo, [&](std::size_t i, std::vector<Holder> &found) {
+        const bool isSure = !mayHaveRun(processes[i].front().pid);
+        std::copy_if(processes[i].begin(), processes[i].end(), std::back_inserter(found),
+                     [&](const Holder &holder) { return isSure || means(holder); });
+    });
     std::sort(confirmed.begin(), confirmed.end());
     return confirmed;
 }

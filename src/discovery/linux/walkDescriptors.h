@@ -1,9 +1,9 @@
 #pragma once
 
-#include "discovery/linux/inParts.h"
 #include "discovery/linux/procFiles.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -36,9 +36,13 @@ void sortUniqueHolders(std::vector<Holder> &holders);
 [[nodiscard]] std::vector<Holder> walkDescriptors(int procFolder, std::span<WalkedProcess> processes,
                                                   const std::vector<std::uint64_t> &inodes);
 
-/// Those of `holders` whose descriptor means the same socket now. `alongside` is done too, by the same
-/// threads: starting them twice would cost more than it brings.
-[[nodiscard]] std::vector<Holder> confirmedHolders(int procFolder, const std::vector<Holder> &holders,
-                                                   const PartedWork &alongside = {});
+/// Whether a process may have run since it was asked for last; false when that is known not to be so. Called
+/// on two threads.
+using MayHaveRun = std::function<bool(Pid)>;
+
+/// Those of `holders` whose descriptor means the same socket now. `mayHaveRun` is called once for every
+/// process among them: the descriptors of one that hasn't run are as they were.
+[[nodiscard]] std::vector<Holder> confirmedHolders(int procFolder, std::vector<Holder> holders,
+                                                   const MayHaveRun &mayHaveRun);
 
 } // namespace tarnvale

@@ -9,6 +9,7 @@
 #include "discovery/scanListeningPorts.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -181,6 +182,49 @@ TEST(LinuxMachineLiveTest, aChildKeepsThePortOfAHolderThatEnds) {
     ports = scanListeningPorts(machine);
     ASSERT_NE(recordOf(ports, number), nullptr);
     EXPECT_EQ(recordOf(ports, number)->pid, inner);
+}
+
+int sharedSocket = -1;
+int acknowledgement = -1;
+
+void closeSharedSocket(int) {
+    close(sharedSocket);
+    const char done = 1;
+    static_cast<void>(write(acknowledgement, &done, 1) + 1);
+}
+
+TEST(LinuxMachineLiveTest, aRestingHolderThatLetsGoIsSeenAtOnce) {
+    OpenListener open = openListener("127.0.0.1");
+    ASSERT_TRUE(open.isOpen());
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+    const FileDescriptor toRead(ends[0]);
+    const FileDescriptor toWrite(ends[1]);
+    const auto holdSocket = [&] {
+        sharedSocket = open.socket.get();
+        acknowledgement = toWrite.get();
+        std::signal(SIGUSR1, closeSharedSocket);
+        return std::string("ready");
+    };
+    const ForkedChild one(holdSocket);
+    const ForkedChild two(holdSocket);
+    ASSERT_TRUE(one.said() && two.said());
+    open.socket.reset();
+
+    LinuxMachine machine;
+    const auto owner = [&] { // the lowest pid stands for all
+        const auto ports = machine.listeningSockets();
+        const ListeningPort *row = recordOf(ports, open.port);
+        return row == nullptr ? 0 : row->pid;
+    };
+    const Pid first = std::min(one.pid(), two.pid());
+    const Pid second = std::max(one.pid(), two.pid());
+    for (int i = 0; i < 5; ++i)
+        ASSERT_EQ(owner(), first);
+    ASSERT_EQ(::kill(first, SIGUSR1), 0);
+    char done = 0;
+    ASSERT_EQ(read(toRead.get(), &done, 1), 1);
+    EXPECT_EQ(owner(), second);
 }
 
 TEST(LinuxMachineLiveTest, withoutNetlinkTheTablesHaveToDo) {

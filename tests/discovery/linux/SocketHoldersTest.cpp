@@ -71,6 +71,42 @@ TEST_F(SocketHoldersTest, theFirstUpdateLooksThroughEverybody) {
     EXPECT_EQ(holders.walkCount(), 62u);
 }
 
+TEST_F(SocketHoldersTest, whatHasNotRunKeepsItsSockets) {
+    proc.add({.pid = 42, .sockets = {{3, socketInode}}});
+    proc.add({.pid = 43, .sockets = {{3, socketInode}}});
+    const std::vector<Listener> listeners{
+        {.port = 80, .isLoopback = true, .inode = socketInode, .cgroup = std::nullopt}};
+    std::vector<Pid> asked;
+    const auto onlySecondRan = [&](Pid pid) {
+        asked.push_back(pid);
+        return pid == 43;
+    };
+    const auto updateAll = [&] {
+        asked.clear();
+        cgroups.beginScan();
+        holders.update(listeners, cgroups, onlySecondRan);
+    };
+    updateAll();
+    updateAll();
+    EXPECT_THAT(asked, ElementsAre(42, 43));
+    proc.closeDescriptor(42, 3);
+    proc.closeDescriptor(43, 3);
+    updateAll();
+    EXPECT_THAT(pids(), ElementsAre(42)) << "taken at its word";
+}
+
+TEST_F(SocketHoldersTest, whoWasJustLookedThroughIsConfirmedOnce) {
+    proc.add({.pid = 42, .sockets = {{3, socketInode}}});
+    const std::vector<Listener> listeners{
+        {.port = 80, .isLoopback = true, .inode = socketInode, .cgroup = std::nullopt}};
+    const auto nobodyRan = [](Pid) { return false; };
+    holders.update(listeners, cgroups, nobodyRan);
+    ASSERT_THAT(pids(), ElementsAre(42));
+    proc.closeDescriptor(42, 3); // before anybody looked at its counters
+    holders.update(listeners, cgroups, nobodyRan);
+    EXPECT_THAT(pids(), IsEmpty());
+}
+
 TEST_F(SocketHoldersTest, anUnchangedMachineIsNotLookedThroughAgain) {
     addCrowd(60);
     proc.add({.pid = 42, .sockets = {{3, socketInode}}});

@@ -156,6 +156,124 @@ TEST_F(TrackedProcessTest, aQuietChangeIsSeenAfterAFewScans) {
     EXPECT_EQ(process.args(), "node other.js");
 }
 
+/// The kernel counts how often the process has run; it was read twice, so that the count is known.
+class RestingProcessTest : public TrackedProcessTest {
+protected:
+    RestingProcessTest() {
+        sample.schedule = "52909 0 3\n";
+        proc.change(sample);
+        if (!refresh() || !refresh())
+            throw std::runtime_error("the sample process can't be read");
+    }
+
+    /// The process runs and uses `ticks` of processor time.
+    void run(std::uint64_t ticks) {
+        sample.userTime += ticks;
+        sample.schedule = "52909 0 " + std::to_string(++runs) + "\n";
+        proc.change(sample);
+    }
+
+    int runs = 3;
+};
+
+TEST_F(RestingProcessTest, whatHasNotRunIsNotReadAgain) {
+    ASSERT_EQ(process.cwd(), "/srv/web");
+    sample.userTime += 5; // without a trace in the count: nobody looks
+    sample.cwd = "/srv/other";
+    proc.change(sample);
+    ASSERT_TRUE(refresh());
+    EXPECT_FALSE(process.mayHaveRun());
+    EXPECT_EQ(process.stat().userTime, 900u);
+    EXPECT_EQ(process.cwd(), "/srv/web");
+}
+
+TEST_F(RestingProcessTest, whatHasRunIsReadAtOnce) {
+    ASSERT_TRUE(refresh());
+    ASSERT_EQ(process.cwd(), "/srv/web");
+    sample.cwd = "/srv/other";
+    run(5);
+    ASSERT_TRUE(refresh());
+    EXPECT_TRUE(process.mayHaveRun());
+    EXPECT_EQ(process.stat().userTime, 905u);
+    EXPECT_EQ(process.cwd(), "/srv/other");
+}
+
+TEST_F(RestingProcessTest, itGrowsOlderAndUsesNothing) {
+    proc.pass(2s);
+    run(100);
+    ASSERT_TRUE(refresh());
+    ASSERT_NEAR(process.cpu(), 50.0, 1e-9);
+    proc.pass(3s);
+    ASSERT_TRUE(refresh());
+    EXPECT_FALSE(process.mayHaveRun());
+    EXPECT_EQ(process.cpu(), 0.0);
+    EXPECT_EQ(process.age(), 105s);
+    proc.pass(2s);
+    run(100);
+    ASSERT_TRUE(refresh());
+    EXPECT_NEAR(process.cpu(), 50.0, 1e-9) << "since the last scan, not since the last reading";
+}
+
+TEST_F(RestingProcessTest, otherThreadsMayHaveRun) {
+    sample.threads = 2;
+    run(1);
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(refresh());
+        EXPECT_TRUE(process.mayHaveRun());
+    }
+    sample.threads = 1;
+    run(1);
+    for (int i = 0; i < 3; ++i)
+        ASSERT_TRUE(refresh());
+    EXPECT_FALSE(process.mayHaveRun());
+}
+
+TEST_F(RestingProcessTest, whatWasRunningWhenLastSeenMayHaveRunOn) {
+    sample.state = 'R';
+    run(1);
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(refresh());
+        EXPECT_TRUE(process.mayHaveRun());
+    }
+}
+
+TEST_F(RestingProcessTest, whatOthersChangedIsSeenAfterAWhile) {
+    ASSERT_EQ(process.cgroup(), "/app.slice/web.service");
+    sample.cgroup = "0::/app.slice/moved.service\n";
+    proc.change(sample);
+    int scans = 0;
+    while (process.cgroup() != "/app.slice/moved.service" && ++scans < 100)
+        ASSERT_TRUE(refresh());
+    EXPECT_LE(scans, 64);
+    EXPECT_GT(scans, 8);
+}
+
+TEST_F(RestingProcessTest, aRestingProcessThatHasGoneIsGone) {
+    ASSERT_TRUE(refresh());
+    proc.remove(42);
+    EXPECT_FALSE(refresh());
+    EXPECT_FALSE(process.isHeldOpen());
+}
+
+TEST_F(RestingProcessTest, itsPidMayPassToAnother) {
+    ASSERT_TRUE(refresh());
+    proc.remove(42);
+    sample.startTime = 95'000;
+    sample.words = {"ruby", "app.rb"};
+    proc.add(sample); // with the same count, by chance
+    ASSERT_TRUE(refresh());
+    EXPECT_TRUE(process.mayHaveRun());
+    EXPECT_EQ(process.args(), "ruby app.rb");
+}
+
+TEST_F(RestingProcessTest, withoutAFileToKeepThereIsNoProof) {
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(process.refresh(++scan, proc.uptime, false));
+        EXPECT_TRUE(process.mayHaveRun());
+        EXPECT_FALSE(process.isHeldOpen());
+    }
+}
+
 TEST_F(TrackedProcessTest, theProcessorIsMeasuredBetweenScans) {
     ASSERT_TRUE(refresh());
     EXPECT_NEAR(process.cpu(), 10.0, 1e-9) << "at first sight: 10 s used in a life of 100 s";
@@ -338,6 +456,22 @@ TEST_F(ProcessCacheTest, readingAheadTellsTheSameAsAskingOneByOne) {
         }
         proc.remove(1000 + i);
     }
+}
+
+TEST_F(ProcessCacheTest, readingAheadTellsWhoMayHaveRun) {
+    for (const Pid pid : {1000, 1001})
+        proc.add({.pid = pid, .schedule = "1 2 3\n"});
+    for (int i = 0; i < 3; ++i) {
+        cache.beginScan(proc.uptime);
+        const auto mayHaveRun = cache.readingAhead({1000, 1001});
+        EXPECT_EQ(mayHaveRun(1000), i < 2) << i;
+        EXPECT_EQ(mayHaveRun(1001), i < 2) << i;
+    }
+    proc.change({.pid = 1001, .schedule = "1 2 4\n"});
+    cache.beginScan(proc.uptime);
+    const auto mayHaveRun = cache.readingAhead({1000, 1001});
+    EXPECT_FALSE(mayHaveRun(1000));
+    EXPECT_TRUE(mayHaveRun(1001));
 }
 
 TEST_F(ProcessCacheTest, onlySystemdInItsOwnGroupRunsServices) {
