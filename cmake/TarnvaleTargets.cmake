@@ -44,8 +44,19 @@ function(tarnvale_library target)
     target_link_libraries(${target} PUBLIC ${ARG_USES})
 endfunction()
 
+# The same with Qt: meta objects are made, and Qt's shorter names for its keywords stay away.
+function(tarnvale_qt_library target)
+    tarnvale_library(${target} ${ARGN})
+    tarnvale_qt(${target})
+endfunction()
+
+function(tarnvale_qt target)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY)
+endfunction()
+
 # tarnvale_test(name SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds] [LOCK name]): one test program, each of
-# its cases a test of ctest. A case that the machine lacks the means for skips itself and says why. Cases with the
+# its cases a test of ctest; with `tarnvale-test-qt` among USES it has an event loop. A case that the machine lacks the means for skips itself and says why. Cases with the
 # same LOCK never run side by side.
 function(tarnvale_test target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT;LOCK" "SOURCES;USES;LABELS")
@@ -54,7 +65,12 @@ function(tarnvale_test target)
     target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_compile_definitions(${target} PRIVATE TARNVALE_TESTS_FOLDER="${CMAKE_SOURCE_DIR}/tests"
         TARNVALE_EXECUTABLE="$<TARGET_FILE:tarnvale>")
-    target_link_libraries(${target} PRIVATE ${ARG_USES} GTest::gmock GTest::gtest GTest::gtest_main)
+    target_link_libraries(${target} PRIVATE ${ARG_USES} GTest::gmock GTest::gtest)
+    if("tarnvale-test-qt" IN_LIST ARG_USES)
+        tarnvale_qt(${target})
+    else()
+        target_link_libraries(${target} PRIVATE GTest::gtest_main)
+    endif()
     target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <string> <vector>)
     add_dependencies(${target} tarnvale)
     set(properties SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")

@@ -6,7 +6,10 @@
 set -euo pipefail
 
 # What it takes to build and run.
-build_packages=(g++ cmake ninja-build ccache)
+build_packages=(
+    g++ cmake ninja-build ccache
+    qt6-base-dev qcoro-qt6-dev libqrcodegencpp-dev
+)
 
 # What the tests run, check with, or meet: compilers' tools, stock tools, servers, a container engine, a service
 # manager, shells.
@@ -17,6 +20,7 @@ test_packages=(
     docker.io iptables busybox-static
     systemd dbus
     bash-completion zsh fish
+    dunst xvfb openbox xdotool
 )
 
 die() {
