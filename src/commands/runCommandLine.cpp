@@ -4,6 +4,7 @@
 #include "discovery/Machine.h"
 #include "discovery/formatUptime.h"
 #include "discovery/isDevPort.h"
+#include "discovery/managerName.h"
 #include "discovery/scanListeningPorts.h"
 #include "discovery/text.h"
 #include "platform/process/ProcessHandle.h"

@@ -1,5 +1,7 @@
 #include "commands/serviceWords.h"
 
+#include <string_view>
+
 namespace tarnvale {
 
 namespace {
@@ -17,10 +19,6 @@ std::string shellWord(std::string_view text) {
 }
 
 } // namespace
-
-std::string_view managerName(ServiceManager manager) {
-    return manager == ServiceManager::launchd ? "launchd" : "systemd";
-}
 
 std::string stopAdvice(const ListeningPort &port, std::uint32_t uid) {
     if (const auto formula = port.brewService())

@@ -19,6 +19,8 @@ struct ProcessDetails {
     double cpu = 0;    ///< percent of one processor
     std::int64_t memoryKB = 0;
     std::optional<Instant> startedAt; ///< the exact start, where the system tells it
+    bool isForeign = false; ///< it runs as another user or sees other files, as in a container; told only by
+                            ///< a fresh reading
 
     bool operator==(const ProcessDetails &) const = default;
 };

@@ -1,5 +1,7 @@
 #include "discovery/findTool.h"
 
+#include "discovery/text.h"
+
 #include <array>
 #include <cstdlib>
 #include <pwd.h>
@@ -15,6 +17,15 @@ std::optional<std::string> firstExecutable(const std::vector<std::string> &paths
             return path;
     }
     return std::nullopt;
+}
+
+std::optional<std::string> findInPath(const std::string &name) {
+    std::vector<std::string> candidates;
+    const char *path = std::getenv("PATH");
+    for (const std::string_view folder : split(path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin", ':'))
+        if (folder.starts_with('/'))
+            candidates.push_back(std::string(folder).append("/").append(name));
+    return firstExecutable(candidates);
 }
 
 std::string homeFolder() {

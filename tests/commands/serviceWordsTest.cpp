@@ -2,16 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 namespace tarnvale {
 namespace {
-
-TEST(ServiceWordsTest, managersHaveTheirUsersName) {
-    EXPECT_EQ(managerName(ServiceManager::launchd), "launchd");
-    EXPECT_EQ(managerName(ServiceManager::systemd), "systemd");
-    EXPECT_EQ(managerName(ServiceManager::systemdUser), "systemd");
-}
 
 TEST(ServiceWordsTest, theAdviceIsTheManagersOwnCommand) {
     EXPECT_EQ(stopAdvice({.service = "com.example.agent"}, 501),

@@ -70,7 +70,11 @@ ProcessDetailsMap FakeMachine::processDetails(const std::vector<Pid> &pids) {
 
 ProcessDetailsMap FakeMachine::currentDetails(const std::vector<Pid> &pids) {
     record("currentDetails", {pids.begin(), pids.end()});
-    return detailsOf(pids);
+    beforeCurrentDetails();
+    ProcessDetailsMap details = detailsOf(pids);
+    for (auto &[pid, process] : details)
+        process.isForeign = processes.at(pid).isForeign;
+    return details;
 }
 
 WorkingDirectories FakeMachine::workingDirectories(const std::vector<Pid> &pids) {

@@ -3,6 +3,7 @@
 #include "discovery/Machine.h"
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <optional>
@@ -25,6 +26,7 @@ struct FakeProcess {
     std::optional<std::string>
         application;        ///< what `hostApplication` tells; else the ".app" bundle in `path`
     bool isReadable = true; ///< its details and folder can be read
+    bool isForeign = false; ///< another user's, or a container's
 };
 
 /// A listening socket of a `FakeMachine`.
@@ -52,6 +54,9 @@ public:
     std::string application = "/Applications/Tarnvale.app"; ///< this program itself
     bool tellsStart = true;      ///< details carry the exact start; without it only the age, as `ps` tells it
     bool hasProcessTable = true; ///< else the table comes back empty
+
+    /// Runs on the asking thread just before `currentDetails` reads.
+    std::function<void()> beforeCurrentDetails = [] {};
 
     /// What was asked, in order: the name of the question, then its pids or ports by rising number, as in
     /// "processDetails 42 43".

@@ -216,8 +216,10 @@ ProcessDetailsMap LinuxMachine::currentDetails(const std::vector<Pid> &pids) {
     ProcessDetailsMap details;
     for (const Pid pid : pids) {
         TrackedProcess process(m_state->procFolder.get(), pid);
-        if (process.refresh(0, m_state->sources.uptime(), false))
-            details[pid] = m_state->detailsOf(process);
+        if (!process.refresh(0, m_state->sources.uptime(), false) || process.hasEnded())
+            continue;
+        details[pid] = m_state->detailsOf(process);
+        details[pid].isForeign = process.isForeign();
     }
     return details;
 }

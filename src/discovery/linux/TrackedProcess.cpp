@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace tarnvale {
 
@@ -206,6 +207,16 @@ const std::string &TrackedProcess::cgroup() {
         m_cgroup = parseCgroupFile(content);
     }
     return *m_cgroup;
+}
+
+bool TrackedProcess::isForeign() const {
+    struct stat folder {};
+    if (fstatat(m_procFolder, ProcPath(m_pid, "").get(), &folder, 0) != 0 || folder.st_uid != geteuid())
+        return true;
+    // A process that hides its namespaces from its own user is still that user's.
+    const auto own = readLinkAt(AT_FDCWD, "/proc/self/ns/mnt");
+    const auto namespaceLink = readLinkAt(m_procFolder, path("ns/mnt").get());
+    return own && namespaceLink && *own != *namespaceLink;
 }
 
 std::int64_t TrackedProcess::memoryKB() {

@@ -31,6 +31,8 @@ public:
 
     [[nodiscard]] Pid pid() const { return m_pid; }
     [[nodiscard]] const ProcStat &stat() const { return m_stat; }
+    /// It is a zombie: nothing of it is left but its exit status.
+    [[nodiscard]] bool hasEnded() const { return m_stat.isZombie() && m_stat.threads <= 1; }
     [[nodiscard]] bool isHeldOpen() const { return m_statFile.isOpen() || m_scheduleFile.isOpen(); }
 
     /// False when the last `refresh` found that it has not run since the one before.
@@ -59,6 +61,9 @@ public:
 
     /// Resident size in kilobytes.
     std::int64_t memoryKB();
+
+    /// It runs as another user, or in a mount namespace of its own. Read anew at each call.
+    [[nodiscard]] bool isForeign() const;
 
     /// Percent of one processor between the last two readings; since its start at the first.
     [[nodiscard]] double cpu() const { return m_cpu; }
