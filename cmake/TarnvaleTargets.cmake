@@ -53,6 +53,9 @@ endfunction()
 function(tarnvale_qt target)
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY)
+    target_precompile_headers(${target} PRIVATE
+        <QCoreApplication> <QFuture> <QObject> <QPromise> <QString> <QUrl>
+        <algorithm> <chrono> <functional> <map> <memory> <optional> <set> <string> <vector>)
 endfunction()
 
 # tarnvale_test(name SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds] [LOCK name]): one test program, each of

@@ -8,7 +8,7 @@ set -euo pipefail
 # What it takes to build and run.
 build_packages=(
     g++ cmake ninja-build ccache
-    qt6-base-dev qcoro-qt6-dev libqrcodegencpp-dev
+    pkgconf qt6-base-dev qcoro-qt6-dev libqrcodegencpp-dev libxcb1-dev
 )
 
 # What the tests run, check with, or meet: compilers' tools, stock tools, servers, a container engine, a service
@@ -20,7 +20,7 @@ test_packages=(
     docker.io iptables busybox-static
     systemd dbus
     bash-completion zsh fish
-    dunst xvfb openbox xdotool
+    dunst xvfb openbox xdotool xdg-utils
 )
 
 die() {

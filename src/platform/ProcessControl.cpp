@@ -11,9 +11,7 @@ public:
     explicit SystemProcess(Pid pid) : m_handle(pid) {}
 
     [[nodiscard]] int signal(int number) override { return m_handle.signal(number); }
-    [[nodiscard]] bool hasEnded() const override {
-        return m_handle.waitForEnd(std::chrono::milliseconds(0));
-    }
+    [[nodiscard]] bool hasEnded() const override { return m_handle.waitForEnd(std::chrono::milliseconds(0)); }
 
 private:
     ProcessHandle m_handle;

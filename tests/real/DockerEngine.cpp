@@ -80,8 +80,9 @@ void DockerEngine::importImage() {
 }
 
 bool DockerEngine::serve(const std::string &name, const std::string &published) const {
-    return docker({"run", "--detach", "--env", std::string(familyVariable), "--name", name, "--publish",
-                   published, "web:1.0", "/bin/busybox", "httpd", "-f", "-p", "80", "-h", "/www"})
+    return docker({"run", "--detach", "--stop-timeout", "1", "--env", std::string(familyVariable), "--name",
+                   name, "--publish", published, "web:1.0", "/bin/busybox", "httpd", "-f", "-p", "80", "-h",
+                   "/www"})
                .status == 0;
 }
 

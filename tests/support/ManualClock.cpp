@@ -15,15 +15,20 @@ QFuture<void> ManualClock::sleep(std::chrono::milliseconds duration) {
 }
 
 void ManualClock::advance(std::chrono::milliseconds duration) {
-    settle();
+    afterStep();
     const Instant goal = m_now + duration;
     while (!m_sleepers.empty() && m_sleepers.begin()->first <= goal) {
         auto next = m_sleepers.extract(m_sleepers.begin());
         m_now = std::max(m_now, next.key());
         next.mapped().finish();
-        settle();
+        afterStep();
     }
     m_now = goal;
+}
+
+void ManualClock::wakeAll() {
+    for (settle(); !m_sleepers.empty(); settle())
+        m_sleepers.extract(m_sleepers.begin()).mapped().finish();
 }
 
 void settle() {
