@@ -71,7 +71,7 @@ std::vector<SessionDay> groupSessions(const std::vector<PortSession> &sessions, 
     std::vector<SessionDay> days;
     for (const PortSession &session : sessions) {
         const std::int64_t port = session.ports.empty() ? 0 : session.ports.front();
-        const std::string title = byPort ? ":" + std::to_string(port) : session.name;
+        const std::string title = byPort ? std::string(1, ':').append(std::to_string(port)) : session.name;
         auto &groups = dayAtEnd(days, dayOf(orderOf(session))).groups;
         auto group = std::find_if(groups.begin(), groups.end(),
                                   [&](const SessionGroup &other) { return other.title == title; });

@@ -63,7 +63,7 @@ QString nameOf(const std::string &args) {
 std::string launchLogURL(const std::string &logsFolder, const std::string &args, const std::string &cwd) {
     constexpr std::size_t longestName = 255; // NAME_MAX of every file system in use
     const std::string_view folder = cwd.find_first_not_of('/') == cwd.npos ? "" : lastPathComponent(cwd);
-    const std::string ending = "-" + nameOf(args).toStdString() + ".log";
+    const std::string ending = QStringLiteral("-%1.log").arg(nameOf(args)).toStdString();
     // A folder's name may fill that length alone.
     std::string_view start = folder;
     while (start.size() + ending.size() > longestName)

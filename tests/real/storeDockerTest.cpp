@@ -79,6 +79,7 @@ TEST_F(RealContainerStoreTest, anEngineThatHangsIsGivenUp) {
     engine->setHanging(false);
     EXPECT_TRUE(isDone);
     EXPECT_EQ(real.error(), "") << "an empty answer reports nothing";
+    real.tools.longestRun = 1min;
     ASSERT_TRUE(real.finish(real.store().stop(*record), 60s));
     EXPECT_EQ(real.error(), "") << "the next attempt meets a living engine";
     EXPECT_FALSE(real.record(port.number()));

@@ -5,6 +5,7 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
@@ -104,6 +105,7 @@ LaunchScope::LaunchScope(QDBusConnection bus, Request request, QObject *parent)
       m_pid(request.pid),
       m_gate(std::move(request.gate)),
       m_unit(nextUnit()) {
+    qDBusRegisterMetaType<QDBusObjectPath>(); // else a program's first connection to such a signal is refused
     // No sender is named: Qt would ask the bus for its owner and wait. The unit's name tells enough.
     m_bus.connect(QString(), object, interface, QStringLiteral("JobRemoved"), this,
                   SLOT(onJobRemoved(uint, QDBusObjectPath, QString, QString)));
