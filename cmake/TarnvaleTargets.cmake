@@ -23,7 +23,8 @@ function(tarnvale_target target)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # GCC 12 sees overlaps and overflows in std::string that are not there (GCC bugs 105651, 105329), more
         # of them behind precompiled headers.
-        target_compile_options(${target} PRIVATE -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds)
+        target_compile_options(${target} PRIVATE -Wno-restrict -Wno-stringop-overflow
+            -Wno-stringop-overread -Wno-array-bounds)
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts.

@@ -14,7 +14,14 @@ Instant SystemClock::now() const {
 QFuture<void> SystemClock::sleep(std::chrono::milliseconds duration) {
     const auto promise = std::make_shared<QPromise<void>>();
     promise->start();
-    QTimer::singleShot(duration, Qt::PreciseTimer, [promise] { promise->finish(); });
+    auto *timer = new QTimer(&m_timers);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+    QObject::connect(timer, &QTimer::timeout, timer, [promise, timer] {
+        promise->finish();
+        timer->deleteLater();
+    });
+    timer->start(duration);
     return promise->future();
 }
 

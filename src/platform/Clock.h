@@ -3,6 +3,7 @@
 #include "discovery/Instant.h"
 
 #include <QFuture>
+#include <QObject>
 
 #include <chrono>
 
@@ -28,6 +29,9 @@ class SystemClock : public Clock {
 public:
     [[nodiscard]] Instant now() const override;
     [[nodiscard]] QFuture<void> sleep(std::chrono::milliseconds duration) override;
+
+private:
+    QObject m_timers; ///< the parent of those that run
 };
 
 } // namespace tarnvale

@@ -50,17 +50,26 @@ public:
     [[nodiscard]] QFuture<Result> future() const { return m_promise.future(); }
 
     void begin(std::chrono::milliseconds timeout) {
-        QTimer::singleShot(timeout, Qt::PreciseTimer, this, [this] { finish(Health::noResponse()); });
+        after(timeout, [this] { finish(Health::noResponse()); });
         tryNextAddress();
     }
 
 private:
+    /// Takes `step` when `time` has passed, as long as this object lives.
+    template<typename Step> void after(std::chrono::milliseconds time, Step step) {
+        auto *timer = new QTimer(this);
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+        connect(timer, &QTimer::timeout, this, std::move(step));
+        timer->start(time);
+    }
+
     void tryNextAddress() {
         constexpr std::chrono::milliseconds headStart{250};
         if (m_isFinished || m_chosen != nullptr || m_nextAddress == addresses.size())
             return;
         const QHostAddress address(addresses.at(m_nextAddress++));
-        QTimer::singleShot(headStart, this, [this] { tryNextAddress(); });
+        after(headStart, [this] { tryNextAddress(); });
         connectTo(address);
     }
 
@@ -138,7 +147,7 @@ QFuture<Result> check(std::int64_t port, const std::string &path, std::chrono::m
     constexpr std::int64_t highestPort = 65535;
     const auto number = static_cast<quint16>(std::clamp<std::int64_t>(port, 0, highestPort));
     auto *probe = new Probe(number, requestFor(path));
-    const QFuture<Result> future = probe->future();
+    QFuture<Result> future = probe->future();
     probe->begin(timeout);
     return future;
 }

@@ -95,7 +95,7 @@ std::vector<Site> sites(const std::vector<std::string> &folders, const std::stri
     std::vector<Site> result;
     for (const std::string &folder : folders)
         for (const std::string &name : namesIn(folder))
-            if (isSiteName(name) && isFolder(folder + "/" + name))
+            if (isSiteName(name) && isFolder(std::string(folder).append("/").append(name)))
                 if (const auto site = siteOf(name, tld, nginxFolder))
                     result.push_back(*site);
     return result;

@@ -81,7 +81,7 @@ QCoro::Task<> LogTail::poll(QPointer<LogTail> tail, std::uint64_t round) {
 
 QFuture<std::string> LogTail::read() {
     const auto work = [source = *m_source, tools = &m_tools] { return readLogSource(source, *tools); };
-    const QFuture<std::string> reading = inBackground(work);
+    QFuture<std::string> reading = inBackground(work);
     if (m_source->kind == LogSource::Kind::docker)
         m_containerRead = reading;
     return reading;

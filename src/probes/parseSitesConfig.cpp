@@ -12,7 +12,7 @@ std::optional<std::vector<std::string>> texts(const QJsonValue &value) {
     if (!value.isArray())
         return std::nullopt;
     std::vector<std::string> result;
-    for (const QJsonValue &item : value.toArray()) {
+    for (const QJsonValue item : value.toArray()) {
         if (!item.isString())
             return std::nullopt;
         result.push_back(item.toString().toStdString());

@@ -38,6 +38,7 @@ template<typename Day> Day &dayAtEnd(std::vector<Day> &days, QDate day) {
 
 std::vector<PortSession> sessions(const std::vector<PortEvent> &events) {
     std::vector<const PortEvent *> byDate;
+    byDate.reserve(events.size());
     for (const PortEvent &event : events)
         byDate.push_back(&event);
     std::stable_sort(byDate.begin(), byDate.end(),

@@ -27,6 +27,7 @@ QCoro::Task<> PortStore::refreshHealth() {
     const QPointer<PortStore> alive(this);
     const std::vector<DueCheck> due = takeDueChecks();
     std::vector<QFuture<HealthCheck::Result>> checks;
+    checks.reserve(due.size());
     for (const DueCheck &check : due)
         checks.push_back(m_probe(check.port, check.path, 1500ms));
     std::map<std::string, HealthCheck::Result> results;

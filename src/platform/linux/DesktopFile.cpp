@@ -75,7 +75,7 @@ std::string DesktopFile::text(const std::string &key) const {
 
 std::string DesktopFile::localized(const std::string &key, std::string_view locale) const {
     for (const std::string &name : namesOf(locale))
-        if (const std::string found = text(key + "[" + name + "]"); !found.empty())
+        if (std::string found = text(std::string(key).append("[").append(name).append("]")); !found.empty())
             return found;
     return text(key);
 }
