@@ -1,12 +1,11 @@
 #include "presentation/installCommand.h"
 
+#include "discovery/shellWord.h"
+
 namespace tarnvale {
 
 std::string installCommand(std::string_view executable) {
-    std::string command = "sudo ln -sf '";
-    for (const char c : executable)
-        command += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return command + "' /usr/local/bin/tarnctl";
+    return "sudo ln -sf " + singleQuoted(executable) + " /usr/local/bin/tarnctl";
 }
 
 } // namespace tarnvale
