@@ -7,6 +7,7 @@
 #include "store/PortStore.h"
 #include "store/set.h"
 #include "store/settingsKeys.h"
+#include "store/trimmedBlanks.h"
 
 #include <QCoroFuture>
 #include <QPointer>
@@ -78,9 +79,7 @@ void PortStore::applyHealth(const std::map<std::string, HealthCheck::Result> &re
 }
 
 void PortStore::setHealthPath(const std::string &path, const ListeningPort &port) {
-    const std::size_t first = path.find_first_not_of(" \t");
-    const std::size_t last = path.find_last_not_of(" \t");
-    const std::string trimmed = first == path.npos ? "" : path.substr(first, last - first + 1);
+    const std::string trimmed = trimmedBlanks(path);
     auto paths = m_healthPaths;
     if (isValidHealthPath(trimmed) && trimmed != "/")
         paths[std::to_string(port.port)] = trimmed;

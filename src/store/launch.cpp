@@ -4,11 +4,11 @@
 #include "platform/CommandLauncher.h"
 #include "store/PortStore.h"
 #include "store/classifyFailure.h"
+#include "store/holderOf.h"
 #include "store/launchLog.h"
+#include "store/trimmedBlanks.h"
 
 #include <QPointer>
-
-#include <algorithm>
 
 namespace tarnvale {
 
@@ -55,9 +55,8 @@ void PortStore::handleLaunchFailure(const std::string &args, const std::string &
     }
     const QString port = QString::number(*failure.port);
     const NotificationPayload payload{.port = failure.port, .args = args, .cwd = cwd, .url = {}};
-    const auto holder = std::find_if(m_ports.begin(), m_ports.end(),
-                                     [&](const ListeningPort &other) { return other.port == *failure.port; });
-    if (holder == m_ports.end()) {
+    const ListeningPort *holder = holderOf(*failure.port, m_ports);
+    if (holder == nullptr) {
         postNotification(title, tr("Port %1 is already in use.").arg(port), {}, payload);
         return;
     }
@@ -80,10 +79,9 @@ QCoro::Task<> PortStore::startStack(Stack stack) {
 void PortStore::saveStack(const std::string &name, std::vector<Stack::Command> commands) {
     if (commands.empty())
         return;
-    const std::size_t first = name.find_first_not_of(" \t");
-    const std::size_t last = name.find_last_not_of(" \t");
-    const std::string given = first == name.npos ? std::string(lastPathComponent(commands.front().cwd))
-                                                 : name.substr(first, last - first + 1);
+    const std::string trimmed = trimmedBlanks(name);
+    const std::string given =
+        trimmed.empty() ? std::string(lastPathComponent(commands.front().cwd)) : trimmed;
     auto stacks = m_stacks;
     putStack(stacks, given, std::move(commands));
     setStacks(std::move(stacks));

@@ -6,12 +6,12 @@
 #include "platform/Tools.h"
 #include "platform/background.h"
 #include "store/HeldPort.h"
+#include "store/holderOf.h"
 #include "store/shellQuoted.h"
 
 #include <QCoroFuture>
 #include <QPointer>
 
-#include <algorithm>
 #include <unistd.h>
 
 namespace tarnvale {
@@ -22,12 +22,6 @@ namespace {
 
 bool canRestart(const ListeningPort &port) {
     return port.containerName() || port.service || (port.hasProject() && port.args);
-}
-
-const ListeningPort *holderOf(std::int64_t number, const std::vector<ListeningPort> &ports) {
-    const auto found = std::find_if(ports.begin(), ports.end(),
-                                    [&](const ListeningPort &port) { return port.port == number; });
-    return found == ports.end() ? nullptr : &*found;
 }
 
 } // namespace

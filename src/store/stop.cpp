@@ -7,6 +7,7 @@
 #include "platform/ServiceCommands.h"
 #include "platform/Tools.h"
 #include "platform/background.h"
+#include "platform/errorText.h"
 #include "store/HeldPort.h"
 
 #include <QCoroFuture>
@@ -15,7 +16,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <set>
 #include <unistd.h>
 
@@ -138,7 +138,7 @@ bool PortStore::sendTerminate(const ListeningPort &port, HeldProcess &process) {
     else if (problem == EPERM)
         setError(tr("No permission to stop %1 (PID %2).").arg(command, QString::number(port.pid)));
     else
-        setError(tr("Couldn't stop %1: %2.").arg(command, QString::fromLocal8Bit(std::strerror(problem))));
+        setError(tr("Couldn't stop %1: %2.").arg(command, text(errorText(problem))));
     return problem == 0;
 }
 

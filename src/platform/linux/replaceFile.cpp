@@ -3,6 +3,7 @@
 #include "platform/linux/replaceFile.h"
 
 #include "discovery/FileDescriptor.h"
+#include "platform/errorText.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,10 +30,6 @@ QString targetOf(QString path) {
         path = info.symLinkTarget();
     }
     return path;
-}
-
-std::string describe(int error) {
-    return QString::fromLocal8Bit(std::strerror(error)).toStdString();
 }
 
 bool writeAll(int descriptor, QByteArrayView content) {
@@ -96,11 +93,11 @@ std::expected<void, std::string> replaceFile(const QString &path, const QByteArr
     const QString folder = QFileInfo(target).absolutePath();
     errno = 0;
     if (!QFileInfo(folder).isDir() && !QDir().mkpath(folder))
-        return std::unexpected(describe(errno == 0 ? ENOTDIR : errno));
+        return std::unexpected(errorText(errno == 0 ? ENOTDIR : errno));
     const std::string name = QFile::encodeName(target).toStdString();
     std::string part = name + ".XXXXXX";
     const int error = writeBeside(name, part, content);
-    return error == 0 ? std::expected<void, std::string>() : std::unexpected(describe(error));
+    return error == 0 ? std::expected<void, std::string>() : std::unexpected(errorText(error));
 }
 
 } // namespace tarnvale
