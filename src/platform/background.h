@@ -8,18 +8,13 @@
 
 namespace tarnvale {
 
-/// Runs `work` on a thread of `pool`.
-template<typename Work> [[nodiscard]] auto runOn(QThreadPool &pool, Work work) {
-    return QtConcurrent::run(&pool, std::move(work));
-}
-
 /// Threads for work that waits for other programs or for slow files. What still waits when the program ends
 /// is given up.
 [[nodiscard]] QThreadPool &backgroundThreads();
 
 /// Runs `work` on one of them.
 template<typename Work> [[nodiscard]] auto inBackground(Work work) {
-    return runOn(backgroundThreads(), std::move(work));
+    return QtConcurrent::run(&backgroundThreads(), std::move(work));
 }
 
 } // namespace tarnvale

@@ -3,12 +3,12 @@
 #include "discovery/Machine.h"
 #include "discovery/scanListeningPorts.h"
 #include "platform/Clock.h"
-#include "platform/background.h"
 #include "store/PortStore.h"
 #include "store/set.h"
 
 #include <QCoroFuture>
 #include <QPointer>
+#include <QtConcurrent>
 
 #include <algorithm>
 #include <memory>
@@ -36,7 +36,7 @@ QCoro::Task<> PortStore::refresh() {
     const auto scan = [&machine] {
         return std::make_shared<std::vector<ListeningPort>>(scanListeningPorts(machine));
     };
-    const QFuture<std::shared_ptr<std::vector<ListeningPort>>> scanned = runOn(m_scanner, scan);
+    const QFuture<std::shared_ptr<std::vector<ListeningPort>>> scanned = QtConcurrent::run(&m_scanner, scan);
     ++m_questions;
     const auto ports = co_await scanned;
     if (!alive)

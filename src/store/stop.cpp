@@ -13,6 +13,7 @@
 #include <QCoroFuture>
 #include <QPointer>
 #include <QStringList>
+#include <QtConcurrent>
 
 #include <cerrno>
 #include <csignal>
@@ -98,7 +99,7 @@ QCoro::Task<> PortStore::stopVisible(std::vector<ListeningPort> ports) {
 QCoro::Task<ProcessDetailsMap> PortStore::readDetails(std::vector<Pid> pids) {
     const QPointer<PortStore> alive(this);
     const auto read = [&machine = m_platform.machine, pids] { return machine.currentDetails(pids); };
-    const QFuture<ProcessDetailsMap> reading = runOn(m_scanner, read);
+    const QFuture<ProcessDetailsMap> reading = QtConcurrent::run(&m_scanner, read);
     ++m_questions;
     ProcessDetailsMap details = co_await reading;
     if (alive)
