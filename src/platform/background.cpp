@@ -2,15 +2,11 @@
 
 namespace tarnvale {
 
-QThreadPool &backgroundThreads() {
-    // Never destroyed: a pool waits for its work when it goes, and a tool may take half a minute.
-    static QThreadPool *const pool = [] {
-        constexpr int mostAtOnce = 32;
-        auto *threads = new QThreadPool;
-        threads->setMaxThreadCount(mostAtOnce);
-        return threads;
-    }();
-    return *pool;
+Workers &backgroundThreads() {
+    // Never destroyed: they would wait for their work, and a tool may take half a minute.
+    constexpr std::size_t mostAtOnce = 32;
+    static auto *const threads = new Workers(mostAtOnce);
+    return *threads;
 }
 
 } // namespace tarnvale

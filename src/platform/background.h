@@ -1,20 +1,18 @@
 #pragma once
 
-#include <QFuture>
-#include <QThreadPool>
-#include <QtConcurrent>
+#include "platform/Workers.h"
 
 #include <utility>
 
 namespace tarnvale {
 
 /// Threads for work that waits for other programs or for slow files. What still waits when the program ends
-/// is given up.
-[[nodiscard]] QThreadPool &backgroundThreads();
+/// is given up. The first call comes from the main thread.
+[[nodiscard]] Workers &backgroundThreads();
 
-/// Runs `work` on one of them.
+/// Does `work` on one of them; see `Workers::run`.
 template<typename Work> [[nodiscard]] auto inBackground(Work work) {
-    return QtConcurrent::run(&backgroundThreads(), std::move(work));
+    return backgroundThreads().run(std::move(work));
 }
 
 } // namespace tarnvale

@@ -41,7 +41,7 @@ void LogTail::follow(const std::optional<LogSource> &source) {
         Q_EMIT textChanged();
     if (!alive || m_round != round || !m_isFollowing)
         return;
-    // Not from here: a quick read would change the text before the caller goes on.
+    // Not from here: of several sources in a row only the last is worth reading.
     const auto begin = [this, round] {
         if (m_round == round)
             poll(this, round);

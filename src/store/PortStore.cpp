@@ -4,6 +4,7 @@
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
 #include "probes/isLikelyWeb.h"
+#include "probes/projectLog.h"
 #include "store/launchLog.h"
 #include "store/set.h"
 
@@ -18,8 +19,6 @@ namespace tarnvale {
 
 PortStore::PortStore(const Platform &platform, HealthProbe probe)
     : m_platform(platform), m_probe(std::move(probe)) {
-    m_scanner.setMaxThreadCount(1);
-    m_scanner.setExpiryTimeout(-1);
     readStored();
     connectNotifications();
     poll();
@@ -29,7 +28,6 @@ PortStore::~PortStore() {
     m_platform.notifications.onAction = {};
     for (const auto &[port, tunnel] : m_tunnels)
         tunnel.process->terminate();
-    m_scanner.waitForDone();
 }
 
 std::vector<ListeningPort> PortStore::visiblePorts() const {
@@ -58,18 +56,11 @@ std::optional<LogSource> PortStore::logSource(const ListeningPort &port) const {
     const auto docker = container ? m_platform.tools.find("docker") : std::nullopt;
     if (docker)
         return LogSource::docker(*docker, *container);
-    const auto exists = [](const std::filesystem::path &path) {
-        std::error_code error;
-        return std::filesystem::exists(path, error);
-    };
-    if (const auto log = launchLog(port); log && exists(*log))
+    std::error_code error;
+    if (const auto log = launchLog(port); log && std::filesystem::exists(*log, error))
         return LogSource::file(*log);
-    if (port.cwd) {
-        const std::filesystem::path folder(*port.cwd);
-        for (const auto &above : {folder, folder.parent_path()})
-            if (const auto log = above / "storage/logs/laravel.log"; exists(log))
-                return LogSource::file(log.string());
-    }
+    if (const auto log = port.cwd ? findProjectLog(*port.cwd) : std::nullopt)
+        return LogSource::file(log->path);
     return std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 #include "discovery/ProcessDetails.h"
 #include "platform/Notifications.h"
 #include "platform/Platform.h"
+#include "platform/Workers.h"
 #include "probes/HealthCheck.h"
 #include "probes/LogSource.h"
 #include "store/PortEvent.h"
@@ -14,7 +15,6 @@
 #include <QFuture>
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 
 #include <functional>
 #include <map>
@@ -102,6 +102,8 @@ public:
     void setWindowVisible(bool isVisible);
     /// The user has seen which watched ports are down.
     void forgetDownWatchedPorts();
+    /// For an action outside the store that has something to tell; with nothing, the user has read it.
+    void setError(std::optional<QString> error);
     /// Brings up the main window.
     std::function<void()> openWindow = [] {};
 
@@ -216,7 +218,6 @@ private:
     void postNotification(const QString &title, const QString &body, std::optional<std::string> category = {},
                           std::optional<NotificationPayload> payload = {});
 
-    void setError(std::optional<QString> error);
     void setStacks(std::vector<Stack> stacks);
     void setEvents(std::vector<PortEvent> events);
     /// Reports a value that could not be stored, once until one could.
@@ -225,8 +226,8 @@ private:
 
     Platform m_platform;
     HealthProbe m_probe;
-    QThreadPool m_scanner; ///< one thread: all use of the machine
-    int m_questions = 0;   ///< to the machine, unanswered
+    Workers m_scanner{1}; ///< all use of the machine
+    int m_questions = 0;  ///< to the machine, unanswered
     std::vector<ListeningPort> m_ports;
     std::optional<QString> m_error;
     std::set<std::int64_t> m_watchedPorts;

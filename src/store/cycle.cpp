@@ -8,7 +8,6 @@
 
 #include <QCoroFuture>
 #include <QPointer>
-#include <QtConcurrent>
 
 #include <algorithm>
 #include <memory>
@@ -36,7 +35,7 @@ QCoro::Task<> PortStore::refresh() {
     const auto scan = [&machine] {
         return std::make_shared<std::vector<ListeningPort>>(scanListeningPorts(machine));
     };
-    const QFuture<std::shared_ptr<std::vector<ListeningPort>>> scanned = QtConcurrent::run(&m_scanner, scan);
+    const QFuture<std::shared_ptr<std::vector<ListeningPort>>> scanned = m_scanner.run(scan);
     ++m_questions;
     const auto ports = co_await scanned;
     if (!alive)

@@ -13,7 +13,6 @@
 #include <QCoroFuture>
 #include <QPointer>
 #include <QStringList>
-#include <QtConcurrent>
 
 #include <cerrno>
 #include <csignal>
@@ -99,7 +98,7 @@ QCoro::Task<> PortStore::stopVisible(std::vector<ListeningPort> ports) {
 QCoro::Task<ProcessDetailsMap> PortStore::readDetails(std::vector<Pid> pids) {
     const QPointer<PortStore> alive(this);
     const auto read = [&machine = m_platform.machine, pids] { return machine.currentDetails(pids); };
-    const QFuture<ProcessDetailsMap> reading = QtConcurrent::run(&m_scanner, read);
+    const QFuture<ProcessDetailsMap> reading = m_scanner.run(read);
     ++m_questions;
     ProcessDetailsMap details = co_await reading;
     if (alive)

@@ -63,7 +63,7 @@ protected:
     void awaitReads() {
         ASSERT_TRUE(waitFor([this] {
             settle();
-            return backgroundThreads().activeThreadCount() == 0;
+            return backgroundThreads().isIdle();
         }));
         settle();
     }

@@ -42,6 +42,7 @@ void StoreTest::scan() {
 }
 
 void StoreTest::pass(std::chrono::milliseconds time) {
+    quiesce(); // what is under way on other threads reads the machine
     world.pass(time);
 }
 
@@ -54,9 +55,7 @@ void StoreTest::finish(QCoro::Task<> flow) {
 }
 
 void StoreTest::quiesce() {
-    const auto isIdle = [this] {
-        return (!store || !store->isScanning()) && backgroundThreads().activeThreadCount() == 0;
-    };
+    const auto isIdle = [this] { return (!store || !store->isScanning()) && backgroundThreads().isIdle(); };
     do {
         settle();
         ASSERT_TRUE(waitFor(isIdle)) << "something goes on for ever";

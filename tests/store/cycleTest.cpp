@@ -142,10 +142,10 @@ TEST_F(CycleTest, twoScansAtOnceBothApply) {
     start();
     const auto one = store->refresh();
     const auto two = store->refresh();
-    addServer(43, 3001);
     quiesce();
     EXPECT_TRUE(one.isReady());
     EXPECT_TRUE(two.isReady());
+    addServer(43, 3001);
     pass(5s);
     EXPECT_THAT(listed(), ElementsAre(3000, 3001));
 }

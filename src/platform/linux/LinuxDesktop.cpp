@@ -75,8 +75,7 @@ LinuxDesktop::LinuxDesktop(Setup setup) : m_setup(std::move(setup)) {}
 void LinuxDesktop::openUrl(const std::string &url) {
     if (QUrl(QString::fromStdString(url), QUrl::StrictMode).scheme().isEmpty())
         return;
-    const auto started = inBackground([url] { open(url); });
-    Q_UNUSED(started)
+    inBackground([url] { open(url); });
 }
 
 void LinuxDesktop::reveal(const std::string &path) {
@@ -93,19 +92,17 @@ void LinuxDesktop::reveal(const std::string &path) {
         watcher->deleteLater();
         if (!watcher->isError())
             return;
-        const auto started = inBackground([path] { openFolderOf(path); });
-        Q_UNUSED(started)
+        inBackground([path] { openFolderOf(path); });
     });
 }
 
 void LinuxDesktop::openLog(const std::string &path) {
     if (!path.starts_with('/'))
         return;
-    const auto started = inBackground([path] {
+    inBackground([path] {
         if (QFileInfo(QString::fromStdString(path)).isFile())
             open(path);
     });
-    Q_UNUSED(started)
 }
 
 bool LinuxDesktop::focusApplication(const std::string &hostApp, Pid pid) {
