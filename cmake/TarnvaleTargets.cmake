@@ -30,6 +30,10 @@ function(tarnvale_target target)
         # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts.
         target_compile_options(${target} PRIVATE -D__cpp_concepts=202002L -Wno-macro-redefined)
     endif()
+    if(TARNVALE_FUZZERS)
+        # Code tells the fuzzer which of its branches an input reaches.
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
     if(TARNVALE_SANITIZERS)
         target_compile_options(${target} PRIVATE -fsanitize=${TARNVALE_SANITIZERS} -fno-sanitize-recover=all
             -fno-omit-frame-pointer)
@@ -38,26 +42,53 @@ function(tarnvale_target target)
     target_link_libraries(${target} PRIVATE Threads::Threads)
 endfunction()
 
+# Qt's shorter names for its keywords stay away.
+set(TARNVALE_QT_DEFINITIONS QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY)
+
 # tarnvale_library(name SOURCES ... USES ...): one room of the house. It sees only the rooms that it uses.
 function(tarnvale_library target)
+    tarnvale_bare_library(${target} ${ARGN})
+    tarnvale_reuse_precompiled(${target} tarnvale-headers)
+endfunction()
+
+# The same with Qt: meta objects are made.
+function(tarnvale_qt_library target)
+    tarnvale_bare_library(${target} ${ARGN})
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    tarnvale_qt(${target})
+endfunction()
+
+# The same for what test programs share; with Qt when it is, or uses, `tarnvale-test-qt`.
+function(tarnvale_test_library target)
+    tarnvale_bare_library(${target} ${ARGN})
+    tarnvale_for_tests(${target} ${target} ${ARGN})
+endfunction()
+
+function(tarnvale_bare_library target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;USES")
     add_library(${target} STATIC ${ARG_SOURCES})
     tarnvale_target(${target})
     target_link_libraries(${target} PUBLIC ${ARG_USES})
 endfunction()
 
-# The same with Qt: meta objects are made, and Qt's shorter names for its keywords stay away.
-function(tarnvale_qt_library target)
-    tarnvale_library(${target} ${ARGN})
-    tarnvale_qt(${target})
+# A target with Qt whose sources define no class with Q_OBJECT.
+function(tarnvale_qt target)
+    target_compile_definitions(${target} PRIVATE ${TARNVALE_QT_DEFINITIONS})
+    tarnvale_reuse_precompiled(${target} tarnvale-qt-headers)
 endfunction()
 
-function(tarnvale_qt target)
-    set_target_properties(${target} PROPERTIES AUTOMOC ON)
-    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_BYTEARRAY)
-    target_precompile_headers(${target} PRIVATE
-        <QCoreApplication> <QFuture> <QObject> <QPromise> <QString> <QUrl>
-        <algorithm> <chrono> <functional> <map> <memory> <optional> <set> <string> <vector>)
+# What programs and libraries of the tests share. The further words are those of the target that tell whether it has Qt.
+function(tarnvale_for_tests target)
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_compile_definitions(${target} PRIVATE TARNVALE_TESTS_FOLDER="${CMAKE_SOURCE_DIR}/tests"
+        TARNVALE_EXECUTABLE="$<TARGET_FILE:tarnvale>")
+    target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest)
+    if("tarnvale-test-qt" IN_LIST ARGN)
+        target_compile_definitions(${target} PRIVATE ${TARNVALE_QT_DEFINITIONS})
+        tarnvale_reuse_precompiled(${target} tarnvale-qt-test-headers)
+    else()
+        tarnvale_reuse_precompiled(${target} tarnvale-test-headers)
+    endif()
 endfunction()
 
 # tarnvale_test(name SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds] [LOCK name]): one test program, each of
@@ -67,16 +98,11 @@ function(tarnvale_test target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT;LOCK" "SOURCES;USES;LABELS")
     add_executable(${target} ${ARG_SOURCES})
     tarnvale_target(${target})
-    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-    target_compile_definitions(${target} PRIVATE TARNVALE_TESTS_FOLDER="${CMAKE_SOURCE_DIR}/tests"
-        TARNVALE_EXECUTABLE="$<TARGET_FILE:tarnvale>")
-    target_link_libraries(${target} PRIVATE ${ARG_USES} GTest::gmock GTest::gtest)
-    if("tarnvale-test-qt" IN_LIST ARG_USES)
-        tarnvale_qt(${target})
-    else()
+    target_link_libraries(${target} PRIVATE ${ARG_USES})
+    tarnvale_for_tests(${target} ${ARG_USES})
+    if(NOT "tarnvale-test-qt" IN_LIST ARG_USES)
         target_link_libraries(${target} PRIVATE GTest::gtest_main)
     endif()
-    target_precompile_headers(${target} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <string> <vector>)
     add_dependencies(${target} tarnvale)
     set(properties SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
     if(NOT ARG_TIMEOUT)

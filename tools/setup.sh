@@ -8,7 +8,10 @@ set -euo pipefail
 # What it takes to build and run.
 build_packages=(
     g++ cmake ninja-build ccache
-    pkgconf qt6-base-dev qcoro-qt6-dev libqrcodegencpp-dev libxcb1-dev
+    pkgconf qt6-base-dev qt6-declarative-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
+    qcoro-qt6-dev libqrcodegencpp-dev libxcb1-dev
+    qml6-module-qtquick qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+    nodejs npm
 )
 
 # What the tests run, check with, or meet: compilers' tools, stock tools, servers, a container engine, a service
@@ -20,7 +23,9 @@ test_packages=(
     docker.io iptables busybox-static
     systemd dbus
     bash-completion zsh fish
-    dunst xvfb openbox xdotool xdg-utils
+    dunst xvfb openbox xdotool xdg-utils trayer picom x11-xkb-utils libxcb-xtest0-dev
+    desktop-file-utils appstream libglib2.0-bin
+    at-spi2-core python3-pyatspi
 )
 
 die() {
@@ -49,6 +54,7 @@ has_command_of() {
     cmake) command -v cmake ;;
     g++) command -v g++ ;;
     git) command -v git ;;
+    npm) command -v npm ;;
     ninja-build) command -v ninja ;;
     python3) command -v python3 ;;
     *) false ;;
@@ -95,6 +101,7 @@ install_missing() {
 }
 
 main() {
+    cd "$(dirname "${BASH_SOURCE[0]}")/.."
     command -v apt-get >/dev/null && command -v dpkg-query >/dev/null ||
         die "this needs Debian or Ubuntu; elsewhere install the counterparts of: ${build_packages[*]}"
     case ${1:-} in
@@ -102,6 +109,7 @@ main() {
     test) install_missing "${build_packages[@]}" "${test_packages[@]}" ;;
     *) die "usage: tools/setup.sh build|test" ;;
     esac
+    tools/icons.sh
 }
 
 main "$@"

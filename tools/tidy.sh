@@ -1,18 +1,43 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over our sources, with the compile commands of a preset's build (default: dev).
+# Runs clang-tidy over all our sources, or over some files. Compile commands for single files are those of a preset's
+# build (default: dev).
 #
 #   tools/tidy.sh [PRESET [FILE...]]
+#
+# Most of the time goes into the headers of the standard library and of Qt. So a dozen sources of a target are read
+# at once, as the preset "tidy" puts them together. Where this brings a remark, or two sources don't go together, each
+# of them is read by itself, and only that counts.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=${1:-dev}
 shift || true
 files=("$@")
-[ "${#files[@]}" -gt 0 ] || mapfile -t files < <(git ls-files -- 'src/*.cpp')
-# Headers that GCC has precompiled are of no use to Clang.
-mkdir -p build/tidy
-sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' "build/$preset/compile_commands.json" >build/tidy/compile_commands.json
-# libstdc++ 12 offers std::expected only to compilers that claim this version of concepts; options that only
-# GCC knows are no concern of clang-tidy.
-printf '%s\0' "${files[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-16 --quiet -p build/tidy \
-    --extra-arg=-std=c++2b --extra-arg=-Wno-builtin-macro-redefined --extra-arg=-U__cpp_concepts --extra-arg=-D__cpp_concepts=202002L \
-    --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-unused-command-line-argument
+
+# Prints the sources of the groups that clang-tidy has something to say about. Its analyzer goes into included sources
+# only where the path of the file that includes them holds "UnifiedSource".
+files_with_remarks() {
+    local build=build/tidy/UnifiedSources
+    rm -rf "$build" # with groups of sources that are gone
+    cmake --preset tidy >/dev/null || return
+    find "$PWD/$build/src" -name 'unity_*.cxx' -print0 | xargs -0 -n 1 -P "$(nproc)" sh -c '
+        clang-tidy-16 --quiet -p "$0" --checks=-bugprone-suspicious-include "$1" >/dev/null 2>&1 ||
+            sed -n "s/^#include \"\(.*\)\"/\1/p" "$1"' "$build"
+}
+
+# Headers that GCC has precompiled are of no use to Clang. libstdc++ 12 offers std::expected only to compilers that
+# claim this version of concepts; options that only GCC knows are no concern of clang-tidy.
+tidy_each() { # FILE...
+    mkdir -p build/tidy/single
+    sed -E 's/ -Winvalid-pch -include [^ ]*cmake_pch\.hxx//' "build/$preset/compile_commands.json" \
+        >build/tidy/single/compile_commands.json
+    printf '%s\0' "$@" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-16 --quiet -p build/tidy/single \
+        --extra-arg=-std=c++2b --extra-arg=-Wno-builtin-macro-redefined \
+        --extra-arg=-U__cpp_concepts --extra-arg=-D__cpp_concepts=202002L \
+        --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-unused-command-line-argument
+}
+
+if [ "${#files[@]}" -eq 0 ]; then
+    found=$(files_with_remarks)
+    [ -z "$found" ] || mapfile -t files <<<"$found"
+fi
+[ "${#files[@]}" -eq 0 ] || tidy_each "${files[@]}"
