@@ -33,13 +33,13 @@ warnings=$(LC_ALL=C.UTF-8 MANWIDTH=90 man --warnings -E UTF-8 -l -Tutf8 -Z "$pre
 expect "" "$warnings" "warnings of the man page"
 
 # Without the module there is no application; with it, it gets the words and its status counts.
+libraries=$(cmake -L -N "$build" 2>/dev/null | sed -n 's/^CMAKE_INSTALL_LIBDIR:[A-Z]*=//p')
+rm "$prefix/${libraries:-lib}/tarnvale/libtarnvale-app.so" || fail "the application module isn't installed"
 status=0
 output=$("$prefix/bin/tarnvale" 2>&1) || status=$?
 expect 69 "$status" "status without the module"
 grep -q "isn't installed" <<<"$output" || fail "no word of the missing module: $output"
 
-libraries=$(cmake -L -N "$build" 2>/dev/null | sed -n 's/^CMAKE_INSTALL_LIBDIR:[A-Z]*=//p')
-mkdir -p "$prefix/${libraries:-lib}/tarnvale"
 cp "$module" "$prefix/${libraries:-lib}/tarnvale/libtarnvale-app.so"
 status=0
 output=$("$prefix/bin/tarnctl" frob twice) || status=$?

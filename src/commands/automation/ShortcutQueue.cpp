@@ -1,0 +1,60 @@
+#include "commands/automation/ShortcutQueue.h"
+
+namespace tarnvale {
+
+bool ShortcutQueue::takePlace() {
+    if (m_waiting == mostWaiting)
+        return false;
+    ++m_waiting;
+    return true;
+}
+
+bool ShortcutQueue::list(ListAnswer answer) {
+    if (!takePlace())
+        return false;
+    m_lists.push_back(std::move(answer));
+    if (!m_isListing)
+        runLists();
+    return true;
+}
+
+bool ShortcutQueue::free(std::int64_t port, std::optional<Pid> expected, FreeAnswer answer) {
+    if (!takePlace())
+        return false;
+    const Freed freed(port, expected);
+    auto &answers = m_frees[freed];
+    answers.push_back(std::move(answer));
+    if (answers.size() == 1)
+        runFree(freed);
+    return true;
+}
+
+QCoro::Task<> ShortcutQueue::runLists() {
+    const QPointer<ShortcutQueue> alive(this);
+    m_isListing = true;
+    while (!m_lists.empty()) {
+        const auto answers = std::exchange(m_lists, {});
+        const DevPorts ports = co_await listDevPorts(m_target.store, m_target.scan);
+        if (!alive)
+            co_return;
+        m_waiting -= answers.size();
+        for (const ListAnswer &answer : answers)
+            answer(ports);
+        if (!alive)
+            co_return;
+    }
+    m_isListing = false;
+}
+
+QCoro::Task<> ShortcutQueue::runFree(Freed freed) {
+    const QPointer<ShortcutQueue> alive(this);
+    const QString dialog = co_await freePort(m_target.store, freed.first, freed.second);
+    if (!alive)
+        co_return;
+    const auto answers = std::move(m_frees.extract(freed).mapped());
+    m_waiting -= answers.size();
+    for (const FreeAnswer &answer : answers)
+        answer(dialog);
+}
+
+} // namespace tarnvale
