@@ -25,10 +25,15 @@ const std::map<std::string, int> floors{{"discovery", 1}, {"platform", 1},      
                                         {"store", 2},     {"commands", 3},        {"presentation", 3},
                                         {"app", 4},       {"preview-renderer", 4}};
 const std::set<std::pair<std::string, std::string>> sameFloor{
-    {"platform", "discovery"}, {"probes", "discovery"}, {"probes", "platform"}};
+    {"platform", "discovery"},
+    {"probes", "discovery"},
+    {"probes", "platform"},
+    {"presentation", "commands"}}; // the hot key's record and its recording
 
 /// What the command line is made of: it starts without Qt.
 const std::vector<std::string> foldersWithoutQt{"discovery/", "platform/process/", "commands/"};
+/// But for these, which are parts of the application.
+const std::vector<std::string> foldersWithQt{"commands/hotkey/", "commands/automation/"};
 const std::set<std::string> roomsWithScreens{"presentation", "app", "preview-renderer"};
 
 struct Include {
@@ -90,9 +95,13 @@ bool isScreenQt(std::string_view name) {
     return names.contains(name) || std::any_of(beginnings.begin(), beginnings.end(), begins);
 }
 
-bool doesWithoutQt(std::string_view path) {
-    return std::any_of(foldersWithoutQt.begin(), foldersWithoutQt.end(),
+bool isBelow(std::string_view path, const std::vector<std::string> &folders) {
+    return std::any_of(folders.begin(), folders.end(),
                        [path](const std::string &folder) { return path.starts_with(folder); });
+}
+
+bool doesWithoutQt(std::string_view path) {
+    return isBelow(path, foldersWithoutQt) && !isBelow(path, foldersWithQt);
 }
 
 std::optional<std::string> complaintAboutOutside(const std::string &path, const std::string &name) {
@@ -216,7 +225,8 @@ TEST(LayersTest, everyKindOfWrongArrowIsSeen) {
         {"platform/a.h", "#include \"probes/P.h\"", "must not know probes"},
         {"store/a.h", "#include \"presentation/P.h\"", "must not know presentation"},
         {"commands/a.h", "#include \"presentation/P.h\"", "must not know presentation"},
-        {"presentation/a.h", "#include \"commands/P.h\"", "must not know commands"},
+        {"commands/hotkey/a.h", "#include <QKeyEvent>", "knows no screen"},
+        {"commands/automation/a.h", "#include \"presentation/P.h\"", "must not know presentation"},
         {"presentation/a.h", "#include \"app/P.h\"", "must not know app"},
         {"store/a.h", "#include \"S.h\"", "names its room"},
         {"store/a.h", "#include \"../app/S.h\"", "no room .."},
@@ -240,6 +250,8 @@ TEST(LayersTest, arrowsThatRunDownAreFine) {
                             {"commands/a.h", "#include \"platform/process/b.h\"\n// #include \"app/b.h\"\n"},
                             {"presentation/a.h", "#include <QQmlEngine>\n#include <QColor>\n"
                                                  "#include \"store/b.h\"\n"},
+                            {"commands/hotkey/a.h", "#include <QObject>\n#include \"platform/Clock.h\"\n"},
+                            {"presentation/b.h", "#include \"commands/hotkey/b.h\"\n"},
                             {"app/a.cpp", "#include \"commands/b.h\"\n#include \"presentation/b.h\"\n"}}),
                 IsEmpty());
 }

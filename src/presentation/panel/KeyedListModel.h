@@ -1,0 +1,109 @@
+#pragma once
+
+#include "presentation/panel/keyedDiff.h"
+
+#include <QAbstractListModel>
+#include <QVariant>
+
+#include <utility>
+#include <vector>
+
+namespace tarnvale {
+
+/// A field of `Row` under the name by which QML reads it.
+template<typename Row> struct ListRole {
+    const char *name;
+    QVariant (*value)(const Row &);
+};
+
+/// A list of plain records for QML. `Row` has `key()`, the text by which it stays itself from one list to the
+/// next, can be compared, and has a static `roles()`.
+///
+/// A new list is played as insertions, removals, moves and changed roles; it is never reset, so that what
+/// shows it keeps its place.
+template<typename Row> class KeyedListModel : public QAbstractListModel {
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    [[nodiscard]] const std::vector<Row> &rows() const { return m_rows; }
+
+    void setRows(std::vector<Row> rows) {
+        for (const ListStep &step : keyedDiff(keysOf(m_rows), keysOf(rows)))
+            play(step, rows);
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            change(row, std::move(rows[row]));
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    }
+
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override {
+        const int number = role - firstRole;
+        if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid) ||
+            number < 0 || number >= static_cast<int>(Row::roles().size()))
+            return {};
+        return Row::roles()[static_cast<std::size_t>(number)].value(
+            m_rows[static_cast<std::size_t>(index.row())]);
+    }
+
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override {
+        QHash<int, QByteArray> names;
+        int role = firstRole;
+        for (const ListRole<Row> &each : Row::roles())
+            names[role++] = each.name;
+        return names;
+    }
+
+private:
+    static constexpr int firstRole = Qt::UserRole + 1;
+
+    static std::vector<QString> keysOf(const std::vector<Row> &rows) {
+        std::vector<QString> keys;
+        keys.reserve(rows.size());
+        for (const Row &row : rows)
+            keys.push_back(row.key());
+        return keys;
+    }
+
+    void play(const ListStep &step, const std::vector<Row> &rows) {
+        const auto place = m_rows.begin() + step.row;
+        switch (step.kind) {
+        case ListStep::Kind::remove:
+            beginRemoveRows({}, step.row, step.row);
+            m_rows.erase(place);
+            endRemoveRows();
+            break;
+        case ListStep::Kind::insert:
+            beginInsertRows({}, step.row, step.row);
+            m_rows.insert(place, rows[static_cast<std::size_t>(step.source)]);
+            endInsertRows();
+            break;
+        case ListStep::Kind::move: // only ever to the front
+            beginMoveRows({}, step.row, step.row, {}, step.target);
+            std::rotate(m_rows.begin() + step.target, place, place + 1);
+            endMoveRows();
+            break;
+        }
+    }
+
+    void change(std::size_t row, Row next) {
+        if (m_rows[row] == next)
+            return;
+        const Row previous = std::exchange(m_rows[row], std::move(next));
+        QList<int> changed;
+        int role = firstRole;
+        for (const ListRole<Row> &each : Row::roles()) {
+            if (each.value(previous) != each.value(m_rows[row]))
+                changed.append(role);
+            ++role;
+        }
+        const QModelIndex index = this->index(static_cast<int>(row));
+        if (!changed.isEmpty())
+            Q_EMIT dataChanged(index, index, changed);
+    }
+
+    std::vector<Row> m_rows;
+};
+
+} // namespace tarnvale

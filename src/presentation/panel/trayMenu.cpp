@@ -1,0 +1,65 @@
+#include "presentation/panel/trayMenu.h"
+
+#include "platform/Desktop.h"
+#include "presentation/panel/PanelFooterController.h"
+#include "presentation/portTexts.h"
+#include "store/PortStore.h"
+
+#include <QCoreApplication>
+
+namespace tarnvale {
+
+namespace {
+
+constexpr std::size_t mostServers = 8;
+constexpr qsizetype longestTitle = 60;
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("TrayMenu", text);
+}
+
+QString shortened(const QString &title) {
+    return title.size() > longestTitle ? title.left(longestTitle - 1) + QStringLiteral("…") : title;
+}
+
+/// "3000 · shop", with what can be done with it. Nothing here stops a server at one click by mistake: the
+/// entry says what it does, and lies a level deeper.
+MenuEntry serverEntry(PortStore &store, Desktop &desktop, const ListeningPort &port, Instant now) {
+    const auto names = [&desktop](const std::string &hostApp) { return desktop.applicationName(hostApp); };
+    const QString title = portTitleAndSubtitle(port, now, names).title;
+    MenuEntry entry{.title = QStringLiteral("%1 · %2").arg(port.port).arg(shortened(title))};
+    if (store.isWebPort(port)) {
+        entry.children.push_back(
+            menuAction(tr("Open in Browser"), [&store, port] { store.openInBrowser(port); }));
+        entry.children.push_back(menuAction(tr("Copy URL"), [&store, port] { store.copyURL(port); }));
+    } else {
+        entry.children.push_back(menuAction(tr("Copy Address"), [&store, port] { store.copyURL(port); }));
+    }
+    entry.children.push_back(menuDivider());
+    entry.children.push_back(menuAction(stopActionTitle(port), [&store, port] { store.stop(port); }));
+    return entry;
+}
+
+} // namespace
+
+std::vector<MenuEntry> trayMenu(PortStore &store, Desktop &desktop, const PanelActions &actions,
+                                const std::function<void()> &openPanel) {
+    std::vector<MenuEntry> entries{menuAction(tr("Open Panel"), openPanel), menuDivider()};
+    std::size_t count = 0;
+    for (const ListeningPort &port : store.visiblePorts()) {
+        if (++count > mostServers)
+            break;
+        entries.push_back(serverEntry(store, desktop, port, {}));
+    }
+    if (count == 0)
+        entries.push_back({.title = tr("No dev servers running"), .isEnabled = false});
+    if (count > mostServers)
+        entries.push_back(menuAction(tr("More…"), openPanel));
+    entries.push_back(menuDivider());
+    if (actions.openWindow)
+        entries.push_back(menuAction(tr("Open Tarnvale Window"), actions.openWindow));
+    entries.push_back(menuAction(tr("Quit Tarnvale"), actions.quit));
+    return entries;
+}
+
+} // namespace tarnvale

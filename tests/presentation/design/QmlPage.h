@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QStringList>
+
+#include <memory>
+#include <string>
+
+namespace tarnvale {
+
+/// A window with one part of the design in it, and every warning that QML gives.
+class QmlPage {
+public:
+    /// `body` is what follows the imports.
+    explicit QmlPage(const std::string &body);
+    QmlPage(const QmlPage &) = delete;
+    QmlPage &operator=(const QmlPage &) = delete;
+    ~QmlPage();
+
+    [[nodiscard]] QQuickItem *root() const { return m_view.rootObject(); }
+    [[nodiscard]] QQuickItem *find(const char *objectName) const;
+    [[nodiscard]] QQuickWindow &window() { return m_view; }
+    [[nodiscard]] QQmlEngine &engine() { return *m_view.engine(); }
+
+    /// A property of the theme.
+    [[nodiscard]] QVariant theme(const char *name);
+
+    /// What went wrong so far, one a line; empty when all is well.
+    [[nodiscard]] std::string warnings() const;
+
+private:
+    QQuickView m_view;
+    std::unique_ptr<QQmlComponent> m_component;
+    QStringList m_warnings;
+};
+
+} // namespace tarnvale
