@@ -115,6 +115,6 @@ def only_one():
 
 def build():
     """Installs and builds what the benchmarks need."""
-    for command in (["tools/setup.sh", "build"], ["tools/build.sh", "bench"]):
+    for command in (["tools/setup.sh", "test"], ["tools/build.sh", "bench"]):
         if subprocess.run(command, cwd=TOP, stdout=sys.stderr, check=False).returncode != 0:
             sys.exit(1)

@@ -1,0 +1,92 @@
+#include "app/application.h"
+
+#include "app/AppDelegate.h"
+#include "app/startOptions.h"
+#include "commands/automation/SingleInstance.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+#include <QTranslator>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sysexits.h>
+#include <unistd.h>
+
+namespace tarnvale {
+
+namespace {
+
+void report(const QString &text) {
+    std::fprintf(stderr, "tarnvale: %s\n", qPrintable(text));
+}
+
+/// Qt ends a program that finds no display by abort(), with advice for its developers.
+void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+    if (type == QtFatalMsg) {
+        report(message.section(QLatin1Char('\n'), 0, 0));
+        if (QCoreApplication::instance() == nullptr || message.contains(QStringLiteral("platform plugin")))
+            _exit(EX_UNAVAILABLE);
+        std::abort();
+    }
+    std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+void nameApplication() {
+    QCoreApplication::setApplicationName(QStringLiteral("tarnvale"));
+    QCoreApplication::setApplicationVersion(QString::fromStdString(bundleInformation().version));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tarnvale"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("dev.tarnvale.Tarnvale"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+int run(int argc, char **argv) {
+    qInstallMessageHandler(handleMessage);
+    if (!hasDisplay()) {
+        report(QStringLiteral(
+            "there is no display to show anything on; 'tarnctl help' lists what works without"));
+        return EX_UNAVAILABLE;
+    }
+    // A list and a few symbols need no GPU, and its driver would take more memory than all the rest.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    nameApplication();
+    QApplication application(argc, argv);
+    QTranslator words;
+    if (words.load(QStringLiteral(TARNVALE_WORDS)))
+        QCoreApplication::installTranslator(&words);
+    const auto options = parseStartOptions(QCoreApplication::arguments().mid(1));
+    if (!options) {
+        report(options.error());
+        return EX_USAGE;
+    }
+
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    AppDelegate delegate(bus);
+    SingleInstance instance(delegate.automation().application(), bus);
+    const ApplicationRequest request{
+        .action = options->action, .parameters = {}, .activationToken = activationTokenOfThisStart()};
+    if (const auto status = instance.start(options->isService ? std::nullopt : std::optional(request)))
+        return *status;
+    if (options->isService)
+        delegate.serve();
+    else
+        delegate.finishLaunching();
+    if (!options->isService && !request.action.isEmpty()) // nobody else was there to do it
+        delegate.automation().application().perform(request, [](const ApplicationService::Outcome &) {});
+    return QApplication::exec();
+}
+
+} // namespace
+
+} // namespace tarnvale
+
+int tarnvaleApplication(int argc, char **argv) {
+    return tarnvale::run(argc, argv);
+}
