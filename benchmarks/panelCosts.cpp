@@ -16,7 +16,10 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QProcess>
 #include <QQuickItem>
 #include <QTimer>

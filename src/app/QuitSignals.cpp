@@ -2,15 +2,12 @@
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace tarnvale {
 
 namespace {
-
-constexpr std::array signals{SIGTERM, SIGINT, SIGHUP};
 
 std::atomic<int> writeEnd{-1};
 
@@ -20,15 +17,6 @@ void noteSignal(int) {
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = write(writeEnd.load(), &byte, sizeof byte);
     errno = saved;
-}
-
-void handleWith(void (*handler)(int)) {
-    struct sigaction action {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (const int number : signals)
-        sigaction(number, &action, nullptr);
 }
 
 } // namespace
@@ -45,13 +33,19 @@ QuitSignals::QuitSignals(std::function<void()> quit) {
                          }
                          quit();
                      });
-    handleWith(noteSignal);
+    struct sigaction action {};
+    action.sa_handler = noteSignal;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    for (std::size_t each = 0; each < signals.size(); ++each)
+        sigaction(signals[each], &action, &m_before[each]);
 }
 
 QuitSignals::~QuitSignals() {
     if (!m_notifier)
         return;
-    handleWith(SIG_DFL);
+    for (std::size_t each = 0; each < signals.size(); ++each)
+        sigaction(signals[each], &m_before[each], nullptr);
     m_notifier.reset();
     for (const int end : m_ends)
         close(end);

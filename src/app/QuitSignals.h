@@ -3,6 +3,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <csignal>
 #include <functional>
 #include <memory>
 
@@ -19,6 +20,9 @@ public:
     ~QuitSignals();
 
 private:
+    static constexpr std::array signals{SIGTERM, SIGINT, SIGHUP};
+
+    std::array<struct sigaction, signals.size()> m_before{}; ///< what they did
     std::array<int, 2> m_ends{-1, -1}; ///< of a socket pair: what the handler writes to, what is read
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

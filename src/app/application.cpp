@@ -3,9 +3,11 @@
 #include "app/AppDelegate.h"
 #include "app/startOptions.h"
 #include "commands/automation/SingleInstance.h"
+#include "discovery/text.h"
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <QTranslator>
@@ -23,11 +25,27 @@ void report(const QString &text) {
     std::fprintf(stderr, "tarnvale: %s\n", qPrintable(text));
 }
 
+const char *const withoutDisplay = "'tarnctl help' lists what works without";
+
+/// What the environment says of the display.
+QString displayWords() {
+    QStringList words;
+    for (const char *name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(name))
+            words += QStringLiteral("%1=%2").arg(QLatin1String(name), qEnvironmentVariable(name));
+    return QString::fromStdString(printable(words.join(QStringLiteral(", ")).toStdString()));
+}
+
 /// Qt ends a program that finds no display by abort(), with advice for its developers.
 void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &message) {
     if (type == QtFatalMsg) {
+        if (message.contains(QStringLiteral("platform plugin"))) {
+            report(QStringLiteral("the display can't be used (%1); %2")
+                       .arg(displayWords(), QLatin1String(withoutDisplay)));
+            _exit(EX_UNAVAILABLE);
+        }
         report(message.section(QLatin1Char('\n'), 0, 0));
-        if (QCoreApplication::instance() == nullptr || message.contains(QStringLiteral("platform plugin")))
+        if (QCoreApplication::instance() == nullptr)
             _exit(EX_UNAVAILABLE);
         std::abort();
     }
@@ -57,6 +75,7 @@ int run(int argc, char **argv) {
     // A list and a few symbols need no GPU, and its driver would take more memory than all the rest.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     nameApplication();
+    QLoggingCategory::setFilterRules(QStringLiteral("hotkey.info=false")); // QT_LOGGING_RULES may want them
     QApplication application(argc, argv);
     QTranslator words;
     if (words.load(QStringLiteral(TARNVALE_WORDS)))

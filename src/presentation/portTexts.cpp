@@ -4,6 +4,7 @@
 #include "discovery/managerName.h"
 #include "discovery/naming.h"
 #include "discovery/text.h"
+#include "presentation/plainText.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -17,10 +18,6 @@ namespace {
 
 constexpr std::string_view separator = " · ";
 
-QString toText(std::string_view bytes) {
-    return QString::fromStdString(printable(bytes));
-}
-
 /// A command line can take megabytes; a tool tip is read by a person.
 QString cutToText(std::string_view bytes) {
     constexpr std::size_t longest = 2000;
@@ -32,7 +29,7 @@ QString cutToText(std::string_view bytes) {
 }
 
 bool differs(std::string_view one, std::string_view other) {
-    return toText(one).compare(toText(other), Qt::CaseInsensitive) != 0;
+    return plainText(one).compare(plainText(other), Qt::CaseInsensitive) != 0;
 }
 
 /// What stands behind `title`: who runs it, or the tool where the title doesn't name it already.
@@ -40,11 +37,11 @@ QString toolText(const ListeningPort &port, std::string_view title) {
     if (port.brewService())
         return QCoreApplication::translate("PortUI", "Homebrew");
     if (port.service)
-        return toText(managerName(port.serviceManager));
+        return plainText(managerName(port.serviceManager));
     if (const std::string name = port.displayName(); differs(name, title))
-        return toText(name);
+        return plainText(name);
     if (const std::string_view command = strippingArchSuffix(port.command); differs(command, title))
-        return toText(command);
+        return plainText(command);
     return {};
 }
 
@@ -52,16 +49,16 @@ QString toolText(const ListeningPort &port, std::string_view title) {
 TitleAndSubtitle containerTexts(std::string_view container) {
     const std::size_t nameEnd = container.find(separator);
     if (nameEnd == container.npos)
-        return {toText(container), QCoreApplication::translate("PortUI", "Docker")};
+        return {plainText(container), QCoreApplication::translate("PortUI", "Docker")};
     const std::string_view rest = container.substr(nameEnd + separator.size());
-    return {toText(container.substr(0, nameEnd)), toText(rest.substr(0, rest.find(separator)))};
+    return {plainText(container.substr(0, nameEnd)), plainText(rest.substr(0, rest.find(separator)))};
 }
 
 TitleAndSubtitle nameAndTool(const ListeningPort &port) {
     if (port.container)
         return containerTexts(*port.container);
     const std::string title = port.title();
-    return {toText(title), toolText(port, title)};
+    return {plainText(title), toolText(port, title)};
 }
 
 QString ageText(Instant startedAt, Instant now) {
@@ -76,7 +73,7 @@ TitleAndSubtitle portTitleAndSubtitle(const ListeningPort &port, Instant now,
     auto [title, tool] = nameAndTool(port);
     QStringList parts{tool};
     if (port.hostApp)
-        parts.append(toText(applicationName(*port.hostApp)));
+        parts.append(plainText(applicationName(*port.hostApp)));
     if (port.startedAt)
         parts.append(ageText(*port.startedAt, now));
     parts.removeAll(QString());
@@ -88,7 +85,7 @@ QString portToolTip(const ListeningPort &port) {
     QStringList lines{cutToText(hasArgs ? *port.args : port.command),
                       QCoreApplication::translate("PortUI", "PID %1").arg(port.pid)};
     if (port.agent)
-        lines.append(QCoreApplication::translate("PortUI", "Started by %1").arg(toText(*port.agent)));
+        lines.append(QCoreApplication::translate("PortUI", "Started by %1").arg(plainText(*port.agent)));
     if (port.cwd)
         lines.append(cutToText(*port.cwd));
     return lines.join(QLatin1Char('\n'));
@@ -96,14 +93,14 @@ QString portToolTip(const ListeningPort &port) {
 
 QString stopActionTitle(const ListeningPort &port) {
     if (const auto name = port.containerName())
-        return QCoreApplication::translate("PortUI", "Stop container (docker stop %1)").arg(toText(*name));
+        return QCoreApplication::translate("PortUI", "Stop container (docker stop %1)").arg(plainText(*name));
     if (!port.service)
         return QCoreApplication::translate("PortUI", "Kill process");
     if (const auto formula = port.brewService())
         return QCoreApplication::translate("PortUI", "Stop service (brew services stop %1)")
-            .arg(toText(*formula));
+            .arg(plainText(*formula));
     return QCoreApplication::translate("PortUI", "Stop %1 service")
-        .arg(toText(managerName(port.serviceManager)));
+        .arg(plainText(managerName(port.serviceManager)));
 }
 
 } // namespace tarnvale

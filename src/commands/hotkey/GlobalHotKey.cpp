@@ -81,8 +81,10 @@ QCoro::Task<bool> GlobalHotKey::take(Self self, Shortcut shortcut, HotKeyOccasio
     else
         qCCritical(hotkeyLog, "hotkey: couldn't register %s: %d", labelOf(shortcut).c_str(),
                    static_cast<int>(outcome.error()));
-    if (self)
+    if (self) {
+        self->m_isTaken = outcome.has_value();
         Q_EMIT self->availabilityChanged();
+    }
     co_return outcome.has_value();
 }
 

@@ -26,6 +26,8 @@ public:
     std::function<void()> onPress;
 
     [[nodiscard]] const Shortcut &current() const { return m_current; }
+    /// The system tells us when `current()` is pressed.
+    [[nodiscard]] bool isTaken() const { return m_isTaken; }
     [[nodiscard]] HotKeyAvailability availability() const { return m_registrar->availability(); }
 
     /// Takes `current()`; when that fails the default instead, for this run alone. Later calls do nothing.
@@ -58,6 +60,7 @@ private:
     std::unique_ptr<HotKeyRegistrar> m_registrar;
     Shortcut m_current;
     bool m_isSetUp = false;
+    bool m_isTaken = false;
     std::uint64_t m_round = 0; ///< of orders; what an earlier one had in mind doesn't count any more
 };
 

@@ -1,7 +1,7 @@
 #include "presentation/panel/MenuBarController.h"
 
 #include "platform/Clock.h"
-#include "platform/background.h"
+#include "presentation/design/Appearance.h"
 #include "presentation/design/popUpMenu.h"
 #include "presentation/panel/trayMenu.h"
 #include "presentation/tray/screenFrames.h"
@@ -9,6 +9,8 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+
+#include <algorithm>
 
 namespace tarnvale {
 
@@ -42,6 +44,10 @@ MenuBarController::MenuBarController(PortStore &store, const Platform &platform,
     connect(&m_tray, &TrayIcon::menuRequested, this, &MenuBarController::toggle);
     connect(&m_panel, &PanelWindow::keyboardLost, this, &MenuBarController::close);
     connect(&m_panel, &PanelWindow::cancelled, this, &MenuBarController::close);
+    connect(&m_panel, &PanelWindow::quitChosen, this, [this] {
+        if (m_actions.quit)
+            m_actions.quit();
+    });
     connect(&m_list, &PortListController::closeRequested, this, &MenuBarController::close);
     const auto popUp = [this](const QPointF &place, const std::vector<MenuEntry> &entries) {
         if (isOpen())
@@ -58,9 +64,21 @@ MenuBarController::MenuBarController(PortStore &store, const Platform &platform,
          {&PortStore::portsChanged, &PortStore::showAllChanged, &PortStore::healthChanged})
         connect(&store, signal, this, &MenuBarController::scheduleMenu);
     connect(&store, &PortStore::downWatchedPortsChanged, this, &MenuBarController::updateAlarm);
+    connect(&Appearance::instance(), &Appearance::changed, this, &MenuBarController::updateInk);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MenuBarController::placeAgain);
+    updateInk();
     updateAlarm();
     updateMenu();
+}
+
+/// Desktops whose bars have the colours of the windows; those of the others are dark.
+void MenuBarController::updateInk() {
+    const QByteArray desktop = qgetenv("XDG_CURRENT_DESKTOP").toUpper();
+    const QByteArrayList following{"KDE", "XFCE", "MATE", "LXQT", "BUDGIE", "DEEPIN"};
+    const bool follows = std::any_of(following.begin(), following.end(),
+                                     [&](const QByteArray &name) { return desktop.contains(name); });
+    const bool isDark = !follows || Appearance::instance().isDark();
+    m_tray.setInk(isDark ? QColor(0xf4, 0xf4, 0xf5) : QColor(0x23, 0x23, 0x26));
 }
 
 void MenuBarController::updateAlarm() {
@@ -98,6 +116,7 @@ void MenuBarController::open(std::optional<QPoint> clicked) {
     qunsetenv("XDG_ACTIVATION_TOKEN");
     m_tray.setHighlighted(true);
     m_store.setMenuOpen(true);
+    m_store.refresh(); // the store itself may sleep for seconds yet
     m_store.forgetDownWatchedPorts();
 }
 

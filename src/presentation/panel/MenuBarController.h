@@ -39,6 +39,7 @@ public:
     [[nodiscard]] PortListController &list() { return m_list; }
 
 private:
+    void updateInk();
     void updateAlarm();
     void scheduleMenu();
     void updateMenu();

@@ -23,7 +23,7 @@ PanelFooterController::PanelFooterController(PortStore &store, GlobalHotKey &hot
 QStringList PanelFooterController::hotKeyCaps() const {
     using Kind = HotKeyAvailability::Kind;
     const HotKeyAvailability availability = m_hotKey.availability();
-    if (availability.kind == Kind::needsCommand || availability.kind == Kind::none)
+    if (!m_hotKey.isTaken() || availability.kind == Kind::needsCommand || availability.kind == Kind::none)
         return {};
     if (!availability.trigger.empty())
         return {QString::fromStdString(availability.trigger)};

@@ -134,8 +134,12 @@ void PanelWindow::fadeOut() {
 void PanelWindow::keyPressEvent(QKeyEvent *event) {
     event->ignore();
     QQuickWindow::keyPressEvent(event);
-    if (!event->isAccepted() && event->key() == Qt::Key_Escape)
+    if (event->isAccepted())
+        return;
+    if (event->key() == Qt::Key_Escape)
         Q_EMIT cancelled();
+    else if (event->keyCombination() == (Qt::CTRL | Qt::Key_Q))
+        Q_EMIT quitChosen();
 }
 
 } // namespace tarnvale

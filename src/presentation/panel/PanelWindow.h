@@ -40,6 +40,8 @@ Q_SIGNALS:
     void keyboardLost();
     /// Esc where nothing else wants it.
     void cancelled();
+    /// The key that the menu of settings shows beside "Quit Tarnvale".
+    void quitChosen();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -276,33 +276,34 @@ void PortListController::moveSelection(int step) {
     setSelection(QString::fromStdString(m_entries[static_cast<std::size_t>(next)].id()));
 }
 
-bool PortListController::handleLetter(int key, const RowEntry &row) {
+/// Nothing where the letter is mere text.
+std::function<void()> PortListController::actionOfLetter(int key, const RowEntry &row) {
     const QString id = QString::fromStdString(row.id());
-    switch (key) {
-    case Qt::Key_O:
-        if (!m_store.isWebPort(row.port))
-            return false;
-        openInBrowser(id);
-        return true;
-    case Qt::Key_T:
-        if (!row.port.hostApp)
-            return false;
-        focusHostApp(id);
-        return true;
-    case Qt::Key_K:
-        stopInTwoSteps(id);
-        return true;
-    default:
-        return false;
-    }
+    if (key == Qt::Key_O && m_store.isWebPort(row.port))
+        return [this, id] { openInBrowser(id); };
+    if (key == Qt::Key_T && row.port.hostApp)
+        return [this, id] { focusHostApp(id); };
+    if (key == Qt::Key_K)
+        return [this, id] { stopInTwoSteps(id); };
+    return {};
 }
 
-bool PortListController::handleKey(int key, int modifiers) {
+std::function<void()> PortListController::actionOfKey(int key, Qt::KeyboardModifiers modifiers,
+                                                      const RowEntry &row) {
+    const QString id = QString::fromStdString(row.id());
+    const auto held = modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const bool isMenuKey = key == Qt::Key_Menu || (key == Qt::Key_F10 && modifiers & Qt::ShiftModifier);
+    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isMenuKey || (isReturn && held == Qt::ControlModifier))
+        return [this, id] { Q_EMIT menuKeyPressed(id); };
+    if (isReturn && m_store.isWebPort(row.port))
+        return [this, id] { openInBrowser(id); };
+    return m_query.isEmpty() && !held ? actionOfLetter(key, row) : std::function<void()>();
+}
+
+bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
     const auto all = Qt::KeyboardModifiers::fromInt(static_cast<unsigned>(modifiers));
     const auto held = all & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-    const bool isShift = all.testFlag(Qt::ShiftModifier);
-    const bool isControl = held == Qt::ControlModifier;
-    const RowEntry *const row = entry(m_selection);
     if (key == Qt::Key_Escape) {
         if (m_query.isEmpty())
             Q_EMIT closeRequested();
@@ -314,24 +315,17 @@ bool PortListController::handleKey(int key, int modifiers) {
         moveSelection(key == Qt::Key_Down ? 1 : -1);
         return !m_entries.empty();
     }
+    const RowEntry *const row = entry(m_selection);
     if (row == nullptr)
         return false;
-    const QString id = m_selection;
-    const bool isMenuKey = key == Qt::Key_Menu || (key == Qt::Key_F10 && isShift);
-    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (isMenuKey || (isReturn && isControl)) {
-        Q_EMIT menuKeyPressed(id);
+    if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && held == Qt::ControlModifier) {
+        stopInTwoSteps(m_selection);
         return true;
     }
-    if (isReturn && m_store.isWebPort(row->port)) {
-        openInBrowser(id);
-        return true;
-    }
-    if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && isControl) {
-        stopInTwoSteps(id);
-        return true;
-    }
-    return m_query.isEmpty() && !held && handleLetter(key, *row);
+    const auto act = actionOfKey(key, all, *row);
+    if (act && !isRepeat)
+        act();
+    return act != nullptr;
 }
 
 void PortListController::openInBrowser(const QString &rowId) {

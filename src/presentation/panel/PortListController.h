@@ -15,6 +15,7 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
 #include <set>
 #include <vector>
 
@@ -107,9 +108,9 @@ public:
     Q_INVOKABLE void moveSelection(int step);
     Q_INVOKABLE void select(const QString &rowId);
 
-    /// What a key of the search field does beyond typing; whether it did anything. `key` and `modifiers` are
-    /// Qt's.
-    Q_INVOKABLE bool handleKey(int key, int modifiers);
+    /// What a key of the search field does beyond typing; whether it is more than text. `key` and `modifiers`
+    /// are Qt's. A key that is held is one press, except for the arrows and Ctrl+Delete.
+    Q_INVOKABLE bool handleKey(int key, int modifiers, bool isRepeat = false);
 
     Q_INVOKABLE void openInBrowser(const QString &rowId);
     Q_INVOKABLE void copyAddress(const QString &rowId);
@@ -159,7 +160,9 @@ private:
     [[nodiscard]] std::vector<ListeningPort> queriedPorts() const;
     [[nodiscard]] PortFacts factsOf(const ListeningPort &port) const;
     [[nodiscard]] const RowEntry *entry(const QString &rowId) const;
-    [[nodiscard]] bool handleLetter(int key, const RowEntry &row);
+    [[nodiscard]] std::function<void()> actionOfLetter(int key, const RowEntry &row);
+    [[nodiscard]] std::function<void()> actionOfKey(int key, Qt::KeyboardModifiers modifiers,
+                                                    const RowEntry &row);
     void setArmedKill(const QString &rowId);
     void setArmedStopAll(bool isArmed);
     void setCopied(const QString &rowId);

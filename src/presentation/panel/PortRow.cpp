@@ -1,7 +1,7 @@
 #include "presentation/panel/PortRow.h"
 
-#include "discovery/text.h"
 #include "presentation/ToolStyle.h"
+#include "presentation/plainText.h"
 #include "presentation/portTexts.h"
 
 #include <QCoreApplication>
@@ -56,7 +56,7 @@ void addStyle(PortRow &row, const ListeningPort &port) {
 void addAgent(PortRow &row, const ListeningPort &port) {
     if (!port.agent)
         return;
-    row.agent = toText(printable(*port.agent));
+    row.agent = plainText(*port.agent);
     row.agentLogo = row.agent.toLower().contains(QStringLiteral("codex")) ? QStringLiteral("logo-openai")
                                                                           : QStringLiteral("logo-claude");
 }

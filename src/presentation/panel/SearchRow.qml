@@ -24,7 +24,7 @@ Item {
     }
     Item {
         id: keys
-        Keys.onPressed: event => event.accepted = root.list.handleKey(event.key, event.modifiers)
+        Keys.onPressed: event => event.accepted = root.list.handleKey(event.key, event.modifiers, event.isAutoRepeat)
     }
     Connections {
         target: root.list

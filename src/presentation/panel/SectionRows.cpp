@@ -3,6 +3,7 @@
 #include "discovery/text.h"
 #include "presentation/dayTitle.h"
 #include "presentation/panel/relativeTime.h"
+#include "presentation/plainText.h"
 #include "store/PortSession.h"
 
 #include <QCoreApplication>
@@ -21,10 +22,6 @@ QString tr(const char *text) {
     return QCoreApplication::translate("PortListView", text);
 }
 
-QString toText(std::string_view text) {
-    return QString::fromStdString(printable(text));
-}
-
 QString portList(const PortEvent &event) {
     QStringList ports{QString::number(event.port)};
     for (const std::int64_t other : event.otherPorts.value_or(std::vector<std::int64_t>()))
@@ -35,7 +32,7 @@ QString portList(const PortEvent &event) {
 EventRow eventRow(const PortEvent &event, const QString &day, Instant now) {
     return {.id = event.id.toString(QUuid::WithoutBraces),
             .day = day,
-            .name = toText(event.name),
+            .name = plainText(event.name),
             .ports = (event.started ? tr("Started on %1") : tr("Stopped on %1")).arg(portList(event)),
             .age = relativeTime(event.date, now),
             .date = QLocale().toString(localTime(event.date), QLocale::ShortFormat),
@@ -47,10 +44,10 @@ EventRow eventRow(const PortEvent &event, const QString &day, Instant now) {
 StackRow stackRow(const Stack &stack) {
     QStringList commands;
     for (const Stack::Command &command : stack.commands)
-        commands.append(toText(firstCharacters(command.args, longestCommand)));
+        commands.append(plainText(firstCharacters(command.args, longestCommand)));
     const auto count = stack.commands.size();
     return {.id = stack.id.toString(QUuid::WithoutBraces),
-            .name = toText(stack.name),
+            .name = plainText(stack.name),
             .commandCount = (count == 1 ? tr("%1 command") : tr("%1 commands")).arg(count),
             .toolTip = commands.join(QLatin1Char('\n'))};
 }

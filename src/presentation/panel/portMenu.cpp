@@ -1,7 +1,7 @@
 #include "presentation/panel/portMenu.h"
 
-#include "discovery/text.h"
 #include "platform/Desktop.h"
+#include "presentation/plainText.h"
 #include "store/PortStore.h"
 
 #include <QCoreApplication>
@@ -14,10 +14,6 @@ namespace {
 
 QString tr(const char *text) {
     return QCoreApplication::translate("PortMenuItems", text);
-}
-
-QString toText(std::string_view text) {
-    return QString::fromStdString(printable(text));
 }
 
 /// The entries of one menu in the making, with what they act on.
@@ -70,7 +66,7 @@ void PortMenu::addAddresses(bool isWeb) {
 
 void PortMenu::addFocus() {
     if (port.hostApp)
-        add(tr("Focus %1").arg(toText(desktop.applicationName(*port.hostApp))), &PortStore::focusHostApp);
+        add(tr("Focus %1").arg(plainText(desktop.applicationName(*port.hostApp))), &PortStore::focusHostApp);
 }
 
 void PortMenu::addProcess() {
@@ -86,7 +82,7 @@ void PortMenu::addProcess() {
     else if (!port.service && !port.container && isRestartable)
         addRestart(tr("Restart to Capture Logs"));
     if (files.projectLog)
-        addLog(tr("Open %1").arg(toText(files.projectLog->name)), files.projectLog->path);
+        addLog(tr("Open %1").arg(plainText(files.projectLog->name)), files.projectLog->path);
     const bool isWatched = store.watchedPorts().contains(port.port);
     add(isWatched ? tr("Stop Watching Port") : tr("Notify When Port Stops"), &PortStore::toggleWatch);
 }
@@ -95,7 +91,7 @@ void PortMenu::addSharing() {
     const auto tunnel = store.tunnels().find(port.port);
     if (tunnel == store.tunnels().end()) {
         if (files.tunnelTool)
-            add(tr("Share Publicly via %1").arg(toText(tunnelToolName(*files.tunnelTool))),
+            add(tr("Share Publicly via %1").arg(plainText(tunnelToolName(*files.tunnelTool))),
                 &PortStore::share);
         else
             addDisabled(tr("Share Publicly (install cloudflared)"));
@@ -106,7 +102,7 @@ void PortMenu::addSharing() {
         entries.push_back(
             menuAction(tr("Copy Public URL"), [&to = store, number] { to.copyPublicURL(number); }));
     else
-        addDisabled(tr("Starting %1…").arg(toText(tunnelToolName(tunnel->second.tool))));
+        addDisabled(tr("Starting %1…").arg(plainText(tunnelToolName(tunnel->second.tool))));
     entries.push_back(menuAction(tr("Stop Sharing"), [&to = store, number] { to.stopSharing(number); }));
 }
 
@@ -116,7 +112,7 @@ void PortMenu::addSites() {
     MenuEntry sites{.title = tr("Sites (%1)").arg(files.sites.size())};
     for (const LocalSites::Site &site : files.sites)
         sites.children.push_back(
-            menuAction(toText(site.domain), [&to = desktop, url = site.url] { to.openUrl(url); }));
+            menuAction(plainText(site.domain), [&to = desktop, url = site.url] { to.openUrl(url); }));
     entries.push_back(std::move(sites));
 }
 
@@ -125,7 +121,7 @@ void PortMenu::addFolder() {
     entries.back().isEnabled = port.cwd.has_value();
     const auto project = port.projectName();
     if (port.hasProject() && project && port.args && port.cwd && !port.service)
-        entries.push_back(menuAction(tr("Save %1 as Stack").arg(toText(*project)),
+        entries.push_back(menuAction(tr("Save %1 as Stack").arg(plainText(*project)),
                                      [&to = store, on = port] { to.saveStack(on); }));
 }
 

@@ -30,6 +30,7 @@ QStringList actionId() {
 
 QDBusMessage callOf(const QString &method, const QVariantList &arguments) {
     QDBusMessage call = QDBusMessage::createMethodCall(service, object, daemonInterface, method);
+    call.setAutoStartService(false); // on another desktop the daemon may be installed, and is of no use
     call.setArguments(arguments);
     return call;
 }
