@@ -95,7 +95,20 @@ public:
         waitFor([&timer] { return !timer.isActive(); });
     }
 
-    [[nodiscard]] QImage picture() { return m_menuBar->panel().grabWindow(); }
+    /// The panel with its round corners; a grabbed window has lost what was transparent.
+    [[nodiscard]] QImage picture() {
+        constexpr double radius = 12;
+        const QImage window = m_menuBar->panel().grabWindow();
+        QImage picture(window.size(), QImage::Format_ARGB32_Premultiplied);
+        picture.setDevicePixelRatio(window.devicePixelRatio());
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QBrush(window));
+        painter.drawRoundedRect(QRectF(QPointF(), window.deviceIndependentSize()), radius, radius);
+        return picture;
+    }
 
 private:
     DemoWorld m_world;
