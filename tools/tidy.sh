@@ -21,7 +21,7 @@ files_with_remarks() {
     cmake --preset tidy >/dev/null || return
     find "$PWD/$build/src" -name 'unity_*.cxx' -print0 | xargs -0 -n 1 -P "$(nproc)" sh -c '
         clang-tidy-16 --quiet -p "$0" --checks=-bugprone-suspicious-include "$1" >/dev/null 2>&1 ||
-            sed -n "s/^#include \"\(.*\)\"/\1/p" "$1"' "$build"
+            sed -n "/\/build\//d; s/^#include \"\(.*\)\"/\1/p" "$1"' "$build"
 }
 
 # Headers that GCC has precompiled are of no use to Clang. libstdc++ 12 offers std::expected only to compilers that

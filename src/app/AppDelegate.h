@@ -23,6 +23,8 @@ class AppDelegate : public QObject {
 
 public:
     AppDelegate(const QDBusConnection &bus, MakeUpdateController makeUpdater = {});
+    AppDelegate(const AppDelegate &) = delete;
+    AppDelegate &operator=(const AppDelegate &) = delete;
     ~AppDelegate() override;
 
     /// What other programs meet; it is there before the rest, and keeps what they ask until the start.

@@ -20,6 +20,8 @@ class GlobalHotKey : public QObject {
 public:
     /// The combination is the stored one, or the default when none can be read. Nothing is taken yet.
     GlobalHotKey(Settings &settings, std::unique_ptr<HotKeyRegistrar> registrar);
+    GlobalHotKey(const GlobalHotKey &) = delete;
+    GlobalHotKey &operator=(const GlobalHotKey &) = delete;
     ~GlobalHotKey() override;
 
     /// What a press does. Set before `setUp`.

@@ -17,6 +17,8 @@ class HoverTip : public QObject {
     Q_PROPERTY(QQuickItem *target READ target WRITE setTarget NOTIFY targetChanged)
 public:
     using QObject::QObject;
+    HoverTip(const HoverTip &) = delete;
+    HoverTip &operator=(const HoverTip &) = delete;
     ~HoverTip() override;
 
     [[nodiscard]] QString text() const { return m_text; }

@@ -25,6 +25,8 @@ class ToolTips : public QObject {
 public:
     static ToolTips &instance();
     static ToolTips *create(QQmlEngine *, QJSEngine *);
+    ToolTips(const ToolTips &) = delete;
+    ToolTips &operator=(const ToolTips &) = delete;
     ~ToolTips() override;
 
     /// Shows `text` beside `item` once the pointer has rested; at once while another tip shows. One that is

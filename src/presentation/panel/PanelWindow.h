@@ -22,6 +22,8 @@ class PanelWindow : public QQuickWindow {
 public:
     /// All outlive this window.
     PanelWindow(QQmlEngine &engine, PortListController &list, PanelFooterController &footer);
+    PanelWindow(const PanelWindow &) = delete;
+    PanelWindow &operator=(const PanelWindow &) = delete;
     ~PanelWindow() override;
 
     /// What its content needs now, in logical pixels, after laying it out.

@@ -4,7 +4,8 @@
 
 #include <QQmlEngine>
 
-extern void qml_register_types_Tarnvale_Panel();
+// Made by the build; Qt 6.4 has no header for it.
+void qml_register_types_Tarnvale_Panel(); // NOLINT(readability-identifier-naming)
 
 namespace tarnvale {
 

@@ -85,7 +85,7 @@ QList<MenuItemProperties> DBusMenu::GetGroupProperties(const QList<int> &ids,
 }
 
 QDBusVariant DBusMenu::GetProperty(int id, const QString &name) {
-    const QDBusVariant nothing(QString{});
+    QDBusVariant nothing(QString{});
     const MenuNode *node = require(id);
     if (node == nullptr)
         return nothing;

@@ -31,6 +31,8 @@ public:
 
     /// Exports itself; `bus` keeps nothing of it once this object is gone.
     explicit DBusMenu(const QDBusConnection &bus, QObject *parent = nullptr);
+    DBusMenu(const DBusMenu &) = delete;
+    DBusMenu &operator=(const DBusMenu &) = delete;
     ~DBusMenu() override;
 
     /// Replaces the menu. Hosts hear of it once the event loop runs, of several changes at once, and of an

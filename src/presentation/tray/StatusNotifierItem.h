@@ -28,6 +28,8 @@ public:
 
     /// Exports itself; `bus` keeps nothing of it once this object is gone.
     explicit StatusNotifierItem(const QDBusConnection &bus, QObject *parent = nullptr);
+    StatusNotifierItem(const StatusNotifierItem &) = delete;
+    StatusNotifierItem &operator=(const StatusNotifierItem &) = delete;
     ~StatusNotifierItem() override;
 
     [[nodiscard]] const TrayLook &look() const { return m_look; }

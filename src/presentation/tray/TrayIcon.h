@@ -34,6 +34,8 @@ public:
     /// `clock` outlives this object.
     TrayIcon(const QDBusConnection &bus, Clock &clock, std::unique_ptr<XembedTray> xembed = makeXembedTray(),
              QObject *parent = nullptr);
+    TrayIcon(const TrayIcon &) = delete;
+    TrayIcon &operator=(const TrayIcon &) = delete;
     ~TrayIcon() override;
 
     [[nodiscard]] TrayKind kind() const { return m_kind; }
