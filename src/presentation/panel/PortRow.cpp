@@ -1,18 +1,13 @@
 #include "presentation/panel/PortRow.h"
 
 #include "presentation/ToolStyle.h"
+#include "presentation/panel/listText.h"
 #include "presentation/plainText.h"
 #include "presentation/portTexts.h"
-
-#include <QCoreApplication>
 
 namespace tarnvale {
 
 namespace {
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("PortListView", text);
-}
 
 QString toText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -67,20 +62,20 @@ QString spoken(const PortRow &row) {
     if (!row.subtitle.isEmpty())
         parts.append(row.subtitle);
     parts.append(row.pills.size() + row.morePorts.size() > 1
-                     ? tr("ports %1")
+                     ? listText("ports %1")
                            .arg((row.pills + row.morePorts.split(QStringLiteral(", "), Qt::SkipEmptyParts))
                                     .join(QStringLiteral(", ")))
-                     : tr("port %1").arg(row.pills.first()));
+                     : listText("port %1").arg(row.pills.first()));
     if (!row.health.isEmpty())
         parts.append(row.healthSummary);
     if (!row.agent.isEmpty())
-        parts.append(tr("Started by %1").arg(row.agent));
+        parts.append(listText("Started by %1").arg(row.agent));
     if (row.isWatched)
-        parts.append(tr("Watched"));
+        parts.append(listText("Watched"));
     if (row.isExposed)
-        parts.append(tr("Exposed to network"));
+        parts.append(listText("Exposed to network"));
     if (!row.publicUrl.isEmpty())
-        parts.append(tr("Shared publicly"));
+        parts.append(listText("Shared publicly"));
     return parts.join(QStringLiteral(", "));
 }
 
@@ -121,9 +116,10 @@ PortRow portRow(const RowEntry &entry, PortGroup group, const PortFacts &facts, 
                 .isWatched = facts.isWatched,
                 .isExposed = port.isExposed,
                 .publicUrl = toText(facts.publicUrl.value_or("")),
-                .copyTip = entry.isWeb ? tr("Copy URL") : tr("Copy Address (localhost:%1)").arg(port.port),
+                .copyTip = entry.isWeb ? listText("Copy URL")
+                                       : listText("Copy Address (localhost:%1)").arg(port.port),
                 .stopTip = stopActionTitle(port),
-                .confirmTitle = port.service || port.container ? tr("Stop") : tr("Kill")};
+                .confirmTitle = port.service || port.container ? listText("Stop") : listText("Kill")};
     if (entry.isWeb)
         row.health = healthName(facts.health);
     if (!row.health.isEmpty())

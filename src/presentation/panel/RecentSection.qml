@@ -20,9 +20,9 @@ Column {
 
         Pressable {
             anchors.left: parent.left
-            anchors.leftMargin: Theme.space8
+            anchors.leftMargin: Theme.space8 - Theme.space6
             anchors.verticalCenter: parent.verticalCenter
-            width: head.implicitWidth
+            width: head.implicitWidth + 2 * Theme.space6
             height: parent.height - Theme.space8
             title: qsTr("Recent")
             Accessible.checkable: true
@@ -31,7 +31,7 @@ Column {
 
             Row {
                 id: head
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.centerIn: parent
                 spacing: Theme.space6
 
                 Text {

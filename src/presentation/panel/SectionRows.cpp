@@ -2,11 +2,11 @@
 
 #include "discovery/text.h"
 #include "presentation/dayTitle.h"
+#include "presentation/panel/listText.h"
 #include "presentation/panel/relativeTime.h"
 #include "presentation/plainText.h"
 #include "store/PortSession.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -17,10 +17,6 @@ namespace tarnvale {
 namespace {
 
 constexpr std::size_t longestCommand = 400; // bytes
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("PortListView", text);
-}
 
 QString portList(const PortEvent &event) {
     QStringList ports{QString::number(event.port)};
@@ -33,7 +29,8 @@ EventRow eventRow(const PortEvent &event, const QString &day, Instant now) {
     return {.id = event.id.toString(QUuid::WithoutBraces),
             .day = day,
             .name = plainText(event.name),
-            .ports = (event.started ? tr("Started on %1") : tr("Stopped on %1")).arg(portList(event)),
+            .ports =
+                (event.started ? listText("Started on %1") : listText("Stopped on %1")).arg(portList(event)),
             .age = relativeTime(event.date, now),
             .date = QLocale().toString(localTime(event.date), QLocale::ShortFormat),
             .isStart = event.started};
@@ -48,7 +45,7 @@ StackRow stackRow(const Stack &stack) {
     const auto count = stack.commands.size();
     return {.id = stack.id.toString(QUuid::WithoutBraces),
             .name = plainText(stack.name),
-            .commandCount = (count == 1 ? tr("%1 command") : tr("%1 commands")).arg(count),
+            .commandCount = (count == 1 ? listText("%1 command") : listText("%1 commands")).arg(count),
             .toolTip = commands.join(QLatin1Char('\n'))};
 }
 

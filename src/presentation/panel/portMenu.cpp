@@ -12,7 +12,7 @@ namespace tarnvale {
 
 namespace {
 
-QString tr(const char *text) {
+QString menuText(const char *text) {
     return QCoreApplication::translate("PortMenuItems", text);
 }
 
@@ -55,61 +55,64 @@ struct PortMenu {
 void PortMenu::addAddresses(bool isWeb) {
     const std::string address = "localhost:" + std::to_string(port.port);
     if (isWeb) {
-        add(tr("Open in Browser"), &PortStore::openInBrowser);
-        addCopy(tr("Copy URL"), "http://" + address);
+        add(menuText("Open in Browser"), &PortStore::openInBrowser);
+        addCopy(menuText("Copy URL"), "http://" + address);
     } else {
-        addCopy(tr("Copy Address"), address);
+        addCopy(menuText("Copy Address"), address);
     }
-    add(tr("Copy Port"), &PortStore::copyPort);
-    add(tr("Copy PID"), &PortStore::copyPID);
+    add(menuText("Copy Port"), &PortStore::copyPort);
+    add(menuText("Copy PID"), &PortStore::copyPID);
 }
 
 void PortMenu::addFocus() {
     if (port.hostApp)
-        add(tr("Focus %1").arg(plainText(desktop.applicationName(*port.hostApp))), &PortStore::focusHostApp);
+        add(menuText("Focus %1").arg(plainText(desktop.applicationName(*port.hostApp))),
+            &PortStore::focusHostApp);
 }
 
 void PortMenu::addProcess() {
     const bool isRestartable = port.hasProject() && port.args;
     if (port.containerName())
-        addRestart(tr("Restart Container"));
+        addRestart(menuText("Restart Container"));
     else if (port.service)
-        addRestart(tr("Restart Service"));
+        addRestart(menuText("Restart Service"));
     else if (isRestartable)
-        addRestart(tr("Restart"));
+        addRestart(menuText("Restart"));
     if (files.launchLog)
-        addLog(tr("Show Logs"), *files.launchLog);
+        addLog(menuText("Show Logs"), *files.launchLog);
     else if (!port.service && !port.container && isRestartable)
-        addRestart(tr("Restart to Capture Logs"));
+        addRestart(menuText("Restart to Capture Logs"));
     if (files.projectLog)
-        addLog(tr("Open %1").arg(plainText(files.projectLog->name)), files.projectLog->path);
+        addLog(menuText("Open %1").arg(plainText(files.projectLog->name)), files.projectLog->path);
     const bool isWatched = store.watchedPorts().contains(port.port);
-    add(isWatched ? tr("Stop Watching Port") : tr("Notify When Port Stops"), &PortStore::toggleWatch);
+    add(isWatched ? menuText("Stop Watching Port") : menuText("Notify When Port Stops"),
+        &PortStore::toggleWatch);
 }
 
 void PortMenu::addSharing() {
     const auto tunnel = store.tunnels().find(port.port);
     if (tunnel == store.tunnels().end()) {
         if (files.tunnelTool)
-            add(tr("Share Publicly via %1").arg(plainText(tunnelToolName(*files.tunnelTool))),
+            add(menuText("Share Publicly via %1").arg(plainText(tunnelToolName(*files.tunnelTool))),
                 &PortStore::share);
         else
-            addDisabled(tr("Share Publicly (install cloudflared)"));
+            addDisabled(menuText("Share Publicly (install cloudflared)"));
         return;
     }
     const std::int64_t number = port.port;
     if (tunnel->second.url)
         entries.push_back(
-            menuAction(tr("Copy Public URL"), [&to = store, number] { to.copyPublicURL(number); }));
+            menuAction(menuText("Copy Public URL"), [&to = store, number] { to.copyPublicURL(number); }));
     else
-        addDisabled(tr("Starting %1…").arg(plainText(tunnelToolName(tunnel->second.tool))));
-    entries.push_back(menuAction(tr("Stop Sharing"), [&to = store, number] { to.stopSharing(number); }));
+        addDisabled(menuText("Starting %1…").arg(plainText(tunnelToolName(tunnel->second.tool))));
+    entries.push_back(
+        menuAction(menuText("Stop Sharing"), [&to = store, number] { to.stopSharing(number); }));
 }
 
 void PortMenu::addSites() {
     if (files.sites.empty())
         return;
-    MenuEntry sites{.title = tr("Sites (%1)").arg(files.sites.size())};
+    MenuEntry sites{.title = menuText("Sites (%1)").arg(files.sites.size())};
     for (const LocalSites::Site &site : files.sites)
         sites.children.push_back(
             menuAction(plainText(site.domain), [&to = desktop, url = site.url] { to.openUrl(url); }));
@@ -117,11 +120,11 @@ void PortMenu::addSites() {
 }
 
 void PortMenu::addFolder() {
-    add(tr("Reveal Folder"), &PortStore::reveal);
+    add(menuText("Reveal Folder"), &PortStore::reveal);
     entries.back().isEnabled = port.cwd.has_value();
     const auto project = port.projectName();
     if (port.hasProject() && project && port.args && port.cwd && !port.service)
-        entries.push_back(menuAction(tr("Save %1 as Stack").arg(plainText(*project)),
+        entries.push_back(menuAction(menuText("Save %1 as Stack").arg(plainText(*project)),
                                      [&to = store, on = port] { to.saveStack(on); }));
 }
 

@@ -1,32 +1,28 @@
 #include "presentation/panel/relativeTime.h"
 
-#include <QCoreApplication>
+#include "presentation/panel/listText.h"
 
 namespace tarnvale {
 
 namespace {
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("PortListView", text);
-}
 
 QString earlierDay(qint64 days) {
     constexpr qint64 week = 7;
     constexpr qint64 month = 30;
     constexpr qint64 year = 365;
     if (days == 1)
-        return tr("yesterday");
+        return listText("yesterday");
     if (days < week)
-        return tr("%1 days ago").arg(days);
+        return listText("%1 days ago").arg(days);
     if (days < 2 * week)
-        return tr("last wk.");
+        return listText("last wk.");
     if (days < month)
-        return tr("%1 wk. ago").arg(days / week);
+        return listText("%1 wk. ago").arg(days / week);
     if (days < 2 * month)
-        return tr("last mo.");
+        return listText("last mo.");
     if (days < year)
-        return tr("%1 mo. ago").arg(days / month);
-    return days < 2 * year ? tr("last yr.") : tr("%1 yr. ago").arg(days / year);
+        return listText("%1 mo. ago").arg(days / month);
+    return days < 2 * year ? listText("last yr.") : listText("%1 yr. ago").arg(days / year);
 }
 
 } // namespace
@@ -41,14 +37,14 @@ QString relativeTime(Instant date, Instant now) {
     constexpr qint64 hour = 60 * minute;
     const qint64 seconds = std::chrono::duration_cast<std::chrono::seconds>(now - date).count();
     if (seconds < 1)
-        return tr("now");
+        return listText("now");
     if (seconds < minute)
-        return tr("%1 sec. ago").arg(seconds);
+        return listText("%1 sec. ago").arg(seconds);
     if (seconds < hour)
-        return tr("%1 min. ago").arg(seconds / minute);
+        return listText("%1 min. ago").arg(seconds / minute);
     const qint64 days = localTime(date).date().daysTo(localTime(now).date());
     if (seconds < 24 * hour || days < 1) // last night isn't a day ago
-        return tr("%1 hr. ago").arg(seconds / hour);
+        return listText("%1 hr. ago").arg(seconds / hour);
     return earlierDay(days);
 }
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t mostServers = 8;
 constexpr qsizetype longestTitle = 60;
 
-QString tr(const char *text) {
+QString trayText(const char *text) {
     return QCoreApplication::translate("TrayMenu", text);
 }
 
@@ -30,10 +30,11 @@ MenuEntry serverEntry(PortStore &store, Desktop &desktop, const ListeningPort &p
     MenuEntry entry{.title = QStringLiteral("%1 · %2").arg(port.port).arg(shortened(title))};
     if (store.isWebPort(port)) {
         entry.children.push_back(
-            menuAction(tr("Open in Browser"), [&store, port] { store.openInBrowser(port); }));
-        entry.children.push_back(menuAction(tr("Copy URL"), [&store, port] { store.copyURL(port); }));
+            menuAction(trayText("Open in Browser"), [&store, port] { store.openInBrowser(port); }));
+        entry.children.push_back(menuAction(trayText("Copy URL"), [&store, port] { store.copyURL(port); }));
     } else {
-        entry.children.push_back(menuAction(tr("Copy Address"), [&store, port] { store.copyURL(port); }));
+        entry.children.push_back(
+            menuAction(trayText("Copy Address"), [&store, port] { store.copyURL(port); }));
     }
     entry.children.push_back(menuDivider());
     entry.children.push_back(menuAction(stopActionTitle(port), [&store, port] { store.stop(port); }));
@@ -44,7 +45,7 @@ MenuEntry serverEntry(PortStore &store, Desktop &desktop, const ListeningPort &p
 
 std::vector<MenuEntry> trayMenu(PortStore &store, Desktop &desktop, const PanelActions &actions,
                                 const std::function<void()> &openPanel) {
-    std::vector<MenuEntry> entries{menuAction(tr("Open Panel"), openPanel), menuDivider()};
+    std::vector<MenuEntry> entries{menuAction(trayText("Open Panel"), openPanel), menuDivider()};
     std::size_t count = 0;
     for (const ListeningPort &port : store.visiblePorts()) {
         if (++count > mostServers)
@@ -52,13 +53,13 @@ std::vector<MenuEntry> trayMenu(PortStore &store, Desktop &desktop, const PanelA
         entries.push_back(serverEntry(store, desktop, port, {}));
     }
     if (count == 0)
-        entries.push_back({.title = tr("No dev servers running"), .isEnabled = false});
+        entries.push_back({.title = trayText("No dev servers running"), .isEnabled = false});
     if (count > mostServers)
-        entries.push_back(menuAction(tr("More…"), openPanel));
+        entries.push_back(menuAction(trayText("More…"), openPanel));
     entries.push_back(menuDivider());
     if (actions.openWindow)
-        entries.push_back(menuAction(tr("Open Tarnvale Window"), actions.openWindow));
-    entries.push_back(menuAction(tr("Quit Tarnvale"), actions.quit));
+        entries.push_back(menuAction(trayText("Open Tarnvale Window"), actions.openWindow));
+    entries.push_back(menuAction(trayText("Quit Tarnvale"), actions.quit));
     return entries;
 }
 
