@@ -1,4 +1,4 @@
-// clang-format off: a row is read by its line
+// clang-format off
 // Name of a symbol or a logo, its drawing in the icon set, how the drawing is shown. The build reads this list too:
 // one row a line. Names that begin with "logo-" are drawn by the set of brands, all others by the set of symbols.
 {"arrow.clockwise", "rotate-cw", Look::outline},
