@@ -87,7 +87,9 @@ public:
         while (waitpid(-1, nullptr, WNOHANG) > 0) {
         }
         for (const Pid pid : childrenOf(getpid())) {
-            ADD_FAILURE() << "left behind: " << readFile("/proc/" + std::to_string(pid) + "/cmdline");
+            const std::string words = readFile("/proc/" + std::to_string(pid) + "/cmdline");
+            if (!words.empty()) // else it has just ended
+                ADD_FAILURE() << "left behind: " << words;
             kill(pid, SIGKILL);
             waitpid(pid, nullptr, 0);
         }
