@@ -5,6 +5,6 @@ function(tarnvale_qml target)
     set_target_properties(${target} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS "--only-bytecode")
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "qmlcache|qmltyperegistrations")
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w SKIP_PRECOMPILE_HEADERS ON
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w;-Wno-error" SKIP_PRECOMPILE_HEADERS ON
         SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
