@@ -26,7 +26,7 @@ QString safeToken(const QString &text) {
 
 QString activationTokenIn(const QVariantMap &platformData) {
     for (const QString &key : {tokenKey, startupKey})
-        if (const QString token = safeToken(platformData.value(key).toString()); !token.isEmpty())
+        if (QString token = safeToken(platformData.value(key).toString()); !token.isEmpty())
             return token;
     return {};
 }

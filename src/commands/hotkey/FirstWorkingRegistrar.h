@@ -19,6 +19,8 @@ class FirstWorkingRegistrar : public QObject, public HotKeyRegistrar {
 public:
     /// At least one.
     explicit FirstWorkingRegistrar(std::vector<std::unique_ptr<HotKeyRegistrar>> candidates);
+    FirstWorkingRegistrar(const FirstWorkingRegistrar &) = delete;
+    FirstWorkingRegistrar &operator=(const FirstWorkingRegistrar &) = delete;
     ~FirstWorkingRegistrar() override;
 
     [[nodiscard]] QFuture<HotKeyOutcome> grab(const Shortcut &shortcut, HotKeyOccasion occasion) override;

@@ -19,6 +19,8 @@ class KGlobalAccelRegistrar : public QObject, public HotKeyRegistrar {
     Q_OBJECT
 public:
     explicit KGlobalAccelRegistrar(const QDBusConnection &bus = QDBusConnection::sessionBus());
+    KGlobalAccelRegistrar(const KGlobalAccelRegistrar &) = delete;
+    KGlobalAccelRegistrar &operator=(const KGlobalAccelRegistrar &) = delete;
     ~KGlobalAccelRegistrar() override;
 
     [[nodiscard]] QFuture<HotKeyOutcome> grab(const Shortcut &shortcut, HotKeyOccasion occasion) override;

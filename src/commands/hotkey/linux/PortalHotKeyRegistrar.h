@@ -23,6 +23,8 @@ class PortalHotKeyRegistrar : public QObject, public HotKeyRegistrar {
     Q_OBJECT
 public:
     explicit PortalHotKeyRegistrar(const QDBusConnection &bus = QDBusConnection::sessionBus());
+    PortalHotKeyRegistrar(const PortalHotKeyRegistrar &) = delete;
+    PortalHotKeyRegistrar &operator=(const PortalHotKeyRegistrar &) = delete;
     ~PortalHotKeyRegistrar() override;
 
     /// `unavailable` when there is no portal, or one without this interface.
