@@ -26,6 +26,8 @@ class X11HotKeyRegistrar : public QObject, public HotKeyRegistrar {
 public:
     /// `display` is the server as in ":0"; empty for that of `DISPLAY`.
     explicit X11HotKeyRegistrar(std::string display = {}) : m_display(std::move(display)) {}
+    X11HotKeyRegistrar(const X11HotKeyRegistrar &) = delete;
+    X11HotKeyRegistrar &operator=(const X11HotKeyRegistrar &) = delete;
     ~X11HotKeyRegistrar() override { release(); }
 
     [[nodiscard]] QFuture<HotKeyOutcome> grab(const Shortcut &shortcut, HotKeyOccasion occasion) override;
