@@ -6,6 +6,7 @@
 #include "platform/LoginItem.h"
 #include "platform/Notifications.h"
 #include "platform/Platform.h"
+#include "platform/PreviewCapturer.h"
 #include "platform/ProcessControl.h"
 #include "platform/Settings.h"
 #include "platform/Tools.h"
@@ -34,7 +35,8 @@ public:
                 .tools = m_tools,
                 .desktop = m_desktop,
                 .clipboard = m_clipboard,
-                .loginItem = m_loginItem};
+                .loginItem = m_loginItem,
+                .previewCapturer = m_previewCapturer};
     }
 
 private:
@@ -94,6 +96,15 @@ private:
         std::expected<void, std::string> disable() override { return {}; }
         void openSystemSettings() override {}
     };
+    struct NoPreviewCapturer : PreviewCapturer {
+        QFuture<std::optional<QByteArray>> capture(std::int64_t) override {
+            QPromise<std::optional<QByteArray>> promise;
+            promise.start();
+            promise.addResult(std::nullopt);
+            promise.finish();
+            return promise.future();
+        }
+    };
 
     Machine &m_machine;
     bool m_isStill;
@@ -107,6 +118,7 @@ private:
     NoDesktop m_desktop;
     NoClipboard m_clipboard;
     NoLoginItem m_loginItem;
+    NoPreviewCapturer m_previewCapturer;
 };
 
 } // namespace tarnvale

@@ -9,7 +9,8 @@ set -euo pipefail
 build_packages=(
     g++ cmake ninja-build ccache
     pkgconf qt6-base-dev qt6-declarative-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
-    qcoro-qt6-dev libqrcodegencpp-dev libxcb1-dev
+    qt6-webengine-dev libqt6webenginecore6-bin
+    qcoro-qt6-dev libqrcodegencpp-dev libxcb1-dev libsodium-dev
     qml6-module-qtquick qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     nodejs npm
 )

@@ -9,6 +9,7 @@ class Desktop;
 class LoginItem;
 class Machine;
 class Notifications;
+class PreviewCapturer;
 class ProcessControl;
 class Settings;
 class Tools;
@@ -25,6 +26,7 @@ struct Platform {
     Desktop &desktop;
     Clipboard &clipboard;
     LoginItem &loginItem;
+    PreviewCapturer &previewCapturer;
 };
 
 } // namespace tarnvale

@@ -3,8 +3,8 @@
 #include "discovery/isDevPort.h"
 #include "platform/Desktop.h"
 #include "platform/LoginItem.h"
+#include "probes/findLogSource.h"
 #include "probes/isLikelyWeb.h"
-#include "probes/projectLog.h"
 #include "store/launchLog.h"
 #include "store/set.h"
 
@@ -12,13 +12,14 @@
 #include "platform/Tools.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 
 namespace tarnvale {
 
 PortStore::PortStore(const Platform &platform, HealthProbe probe)
-    : m_platform(platform), m_probe(std::move(probe)) {
+    : m_platform(platform),
+      m_probe(std::move(probe)),
+      m_previews(platform.clock, platform.settings, platform.previewCapturer) {
     readStored();
     connectNotifications();
     poll();
@@ -52,16 +53,7 @@ std::optional<std::string> PortStore::launchLog(const ListeningPort &port) const
 }
 
 std::optional<LogSource> PortStore::logSource(const ListeningPort &port) const {
-    const auto container = port.containerName();
-    const auto docker = container ? m_platform.tools.find("docker") : std::nullopt;
-    if (docker)
-        return LogSource::docker(*docker, *container);
-    std::error_code error;
-    if (const auto log = launchLog(port); log && std::filesystem::exists(*log, error))
-        return LogSource::file(*log);
-    if (const auto log = port.cwd ? findProjectLog(*port.cwd) : std::nullopt)
-        return LogSource::file(log->path);
-    return std::nullopt;
+    return findLogSource(port, launchLog(port), m_platform.tools);
 }
 
 void PortStore::setShowAll(bool showAll) {

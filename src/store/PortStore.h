@@ -7,6 +7,7 @@
 #include "platform/Workers.h"
 #include "probes/HealthCheck.h"
 #include "probes/LogSource.h"
+#include "probes/WebPreviews.h"
 #include "store/PortEvent.h"
 #include "store/Stack.h"
 #include "store/tunnelTools.h"
@@ -89,6 +90,8 @@ public:
     [[nodiscard]] bool hasScanned() const { return m_hasScanned; }
     /// The machine is being asked right now.
     [[nodiscard]] bool isScanning() const { return m_questions > 0; }
+    /// The pictures of what answers as a website; they are renewed while the window is visible.
+    [[nodiscard]] WebPreviews &previews() { return m_previews; }
 
     /// The port is to be treated as a website, by what was learnt of it or else by its name and number.
     [[nodiscard]] bool isWebPort(const ListeningPort &port) const;
@@ -180,8 +183,6 @@ Q_SIGNALS:
     void healthPathsChanged();
     void cpuHistoryChanged();
     void tunnelsChanged();
-    /// While the window is visible, after each scan: the ports that answer as websites, in order.
-    void previewsDue(const std::vector<std::int64_t> &ports);
 
 private:
     void readStored();
@@ -195,7 +196,7 @@ private:
     struct DueCheck;
     std::vector<DueCheck> takeDueChecks();
     void applyHealth(const std::map<std::string, HealthCheck::Result> &results);
-    void offerPreviews();
+    void feedPreviews();
 
     struct HeldPort;
     [[nodiscard]] HeldPort hold(const ListeningPort &port) const;
@@ -226,6 +227,7 @@ private:
 
     Platform m_platform;
     HealthProbe m_probe;
+    WebPreviews m_previews;
     Workers m_scanner{1}; ///< all use of the machine
     int m_questions = 0;  ///< to the machine, unanswered
     std::vector<ListeningPort> m_ports;

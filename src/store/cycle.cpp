@@ -50,7 +50,7 @@ QCoro::Task<> PortStore::refresh() {
             co_return;
     }
     if (m_isWindowVisible)
-        offerPreviews();
+        feedPreviews();
 }
 
 QCoro::Task<> PortStore::settleAndRefresh(std::chrono::milliseconds pause) {
@@ -114,7 +114,7 @@ void PortStore::recordUsage() {
         Q_EMIT cpuHistoryChanged();
 }
 
-void PortStore::offerPreviews() {
+void PortStore::feedPreviews() {
     std::vector<std::int64_t> ports;
     for (const ListeningPort &port : visiblePorts()) {
         const auto known = m_health.find(port.id());
@@ -123,7 +123,7 @@ void PortStore::offerPreviews() {
             known->second.code < firstError)
             ports.push_back(port.port);
     }
-    Q_EMIT previewsDue(ports);
+    m_previews.update(ports);
 }
 
 } // namespace tarnvale

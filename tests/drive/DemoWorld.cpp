@@ -1,5 +1,6 @@
 #include "drive/DemoWorld.h"
 
+#include "drive/demoPage.h"
 #include "store/settingsKeys.h"
 #include "store/storedJson.h"
 
@@ -163,6 +164,7 @@ bool setScene(DemoWorld &world, const std::string &scene) {
     if (found == scenes.end())
         return false;
     found->second(world);
+    world.platform.previewCapturer.draw = demoPage;
     return true;
 }
 

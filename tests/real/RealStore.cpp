@@ -38,7 +38,8 @@ Platform RealStore::platform() {
             .tools = tools,
             .desktop = desktop,
             .clipboard = clipboard,
-            .loginItem = loginItem};
+            .loginItem = loginItem,
+            .previewCapturer = previewCapturer};
 }
 
 std::optional<ListeningPort> RealStore::record(std::int64_t port) {

@@ -61,6 +61,7 @@ public:
     FakeDesktop desktop;
     FakeClipboard clipboard;
     FakeLoginItem loginItem;
+    FakePreviewCapturer previewCapturer;
 
     /// Created at the first use.
     PortStore &store();

@@ -198,7 +198,8 @@ TEST_F(RealStoreTest, aTunnelToolsOutputLeadsToTheAddress) {
                      .tools = tools,
                      .desktop = platform.desktop,
                      .clipboard = platform.clipboard,
-                     .loginItem = platform.loginItem});
+                     .loginItem = platform.loginItem,
+                     .previewCapturer = platform.previewCapturer});
     ASSERT_TRUE(waitFor([&] { return store.hasScanned(); }));
     const auto &ports = store.ports();
     const auto found = std::find_if(ports.begin(), ports.end(),

@@ -150,22 +150,50 @@ TEST_F(CycleTest, twoScansAtOnceBothApply) {
     EXPECT_THAT(listed(), ElementsAre(3000, 3001));
 }
 
-TEST_F(CycleTest, previewsAreOfferedWhileTheWindowIsVisible) {
-    std::vector<std::vector<std::int64_t>> offered;
+TEST_F(CycleTest, previewsAreTakenWhileTheWindowIsVisible) {
     for (std::int64_t port = 3000; port < 3006; ++port)
         addServer(static_cast<Pid>(port), port);
     answers = {{3000, {Health::responding(200), 5}},  {3001, {Health::responding(404), 5}},
                {3002, {Health::serverError(500), 5}}, {3003, {Health::unknown(), {}}},
                {3004, {Health::noResponse(), {}}},    {3005, {Health::responding(399), 5}}};
     start();
-    QObject::connect(store.get(), &PortStore::previewsDue,
-                     [&](const std::vector<std::int64_t> &ports) { offered.push_back(ports); });
+    const auto &asked = world.previewCapturer.asked;
     store->setMenuOpen(true);
     scan();
-    EXPECT_THAT(offered, IsEmpty()) << "the panel alone causes none";
+    EXPECT_THAT(asked, IsEmpty()) << "the panel alone causes none";
     store->setWindowVisible(true);
     scan();
-    EXPECT_THAT(offered, ElementsAre(ElementsAre(3000, 3005)));
+    EXPECT_THAT(asked, ElementsAre(3000, 3005));
+}
+
+TEST_F(CycleTest, thePicturesOfAPortThatIsGoneGoToo) {
+    addServer(42, 3000);
+    answers = {{3000, {Health::responding(200), 5}}};
+    world.previewCapturer.pictures = {{3000, "its page"}};
+    start();
+    store->setWindowVisible(true);
+    scan();
+    ASSERT_TRUE(store->previews().previews().contains(3000));
+    world.machine.end(42);
+    store->setWindowVisible(false);
+    scan();
+    EXPECT_TRUE(store->previews().previews().contains(3000)) << "nobody looks";
+    store->setWindowVisible(true);
+    scan();
+    EXPECT_THAT(store->previews().previews(), IsEmpty());
+}
+
+TEST_F(CycleTest, aStoreMayGoWithAPictureUnderWay) {
+    addServer(42, 3000);
+    answers = {{3000, {Health::responding(200), 5}}};
+    world.previewCapturer.isSlow = true;
+    start();
+    store->setWindowVisible(true);
+    scan();
+    ASSERT_EQ(store->previews().capturing(), 3000);
+    store.reset();
+    world.previewCapturer.answer(3000, "its page");
+    settle();
 }
 
 TEST_F(CycleTest, aStoreMayGoWithAScanUnderWay) {

@@ -180,6 +180,7 @@ std::expected<void, std::string> FakeLoginItem::disable() {
 
 FakePlatform::~FakePlatform() {
     backgroundThreads().waitForDone();
+    previewCapturer.answerAll();
     clock.wakeAll();
 }
 
@@ -193,7 +194,8 @@ Platform FakePlatform::platform() {
             .tools = tools,
             .desktop = desktop,
             .clipboard = clipboard,
-            .loginItem = loginItem};
+            .loginItem = loginItem,
+            .previewCapturer = previewCapturer};
 }
 
 void FakePlatform::pass(std::chrono::milliseconds time) {

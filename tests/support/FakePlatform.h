@@ -9,6 +9,7 @@
 #include "platform/Settings.h"
 #include "platform/Tools.h"
 #include "support/FakeMachine.h"
+#include "support/FakePreviewCapturer.h"
 #include "support/ManualClock.h"
 
 #include <map>
@@ -192,6 +193,7 @@ public:
     FakeDesktop desktop;
     FakeClipboard clipboard;
     FakeLoginItem loginItem;
+    FakePreviewCapturer previewCapturer;
 
     [[nodiscard]] Platform platform();
 

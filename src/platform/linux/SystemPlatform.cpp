@@ -5,6 +5,7 @@
 #include "platform/ProcessControl.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/HelperPreviewCapturer.h"
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/SettingsFile.h"
 #include "platform/linux/ShellLauncher.h"
@@ -23,6 +24,7 @@ struct SystemPlatform::Parts {
     SystemTools tools = {};
     LinuxDesktop desktop = {};
     AutostartLoginItem loginItem = AutostartLoginItem();
+    HelperPreviewCapturer previewCapturer = HelperPreviewCapturer();
 };
 
 SystemPlatform::SystemPlatform(Clipboard &clipboard) : m_parts(new Parts{clipboard}) {}
@@ -39,7 +41,8 @@ Platform SystemPlatform::platform() {
             .tools = m_parts->tools,
             .desktop = m_parts->desktop,
             .clipboard = m_parts->clipboard,
-            .loginItem = m_parts->loginItem};
+            .loginItem = m_parts->loginItem,
+            .previewCapturer = m_parts->previewCapturer};
 }
 
 } // namespace tarnvale

@@ -10,13 +10,13 @@
 
 namespace tarnvale {
 
-VirtualDisplay::VirtualDisplay() {
+VirtualDisplay::VirtualDisplay(const std::string &size) {
     if (!std::filesystem::exists("/usr/bin/Xvfb") || !std::filesystem::exists("/usr/bin/openbox"))
         return;
     const std::string number = m_folder.path("number");
     m_server = std::make_unique<TestProcess>(std::vector<std::string>{
-        "/bin/sh", "-c", "exec Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp -noreset 3>\"$0\"",
-        number});
+        "/bin/sh", "-c", "exec Xvfb -displayfd 3 -screen 0 \"$1\"x24 -nolisten tcp -noreset 3>\"$0\"", number,
+        size});
     const Pid display = awaitPid(number);
     if (display < 0)
         return;

@@ -13,7 +13,8 @@ namespace tarnvale {
 /// the machine lacks one of them.
 class VirtualDisplay {
 public:
-    VirtualDisplay();
+    /// `size` of its screen is as in "800x600".
+    explicit VirtualDisplay(const std::string &size = "800x600");
     VirtualDisplay(const VirtualDisplay &) = delete;
     VirtualDisplay &operator=(const VirtualDisplay &) = delete;
     ~VirtualDisplay();
