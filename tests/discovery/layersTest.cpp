@@ -21,14 +21,12 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::map<std::string, int> floors{{"discovery", 1}, {"platform", 1},        {"probes", 1},
-                                        {"store", 2},     {"commands", 3},        {"presentation", 3},
-                                        {"app", 4},       {"preview-renderer", 4}};
+const std::map<std::string, int> floors{{"discovery", 1},    {"platform", 1}, {"probes", 1},
+                                        {"updates", 1},      {"store", 2},    {"commands", 3},
+                                        {"presentation", 3}, {"app", 4},      {"preview-renderer", 4}};
 const std::set<std::pair<std::string, std::string>> sameFloor{
-    {"platform", "discovery"},
-    {"probes", "discovery"},
-    {"probes", "platform"},
-    {"presentation", "commands"}}; // the hot key's record and its recording
+    {"platform", "discovery"}, {"probes", "discovery"},     {"probes", "platform"}, {"updates", "discovery"},
+    {"updates", "platform"},   {"presentation", "commands"}}; // the hot key's record and its recording
 
 /// What the command line is made of: it starts without Qt.
 const std::vector<std::string> foldersWithoutQt{"discovery/", "platform/process/", "commands/"};
