@@ -18,14 +18,9 @@ namespace {
 
 constexpr std::string_view separator = " · ";
 
-/// A command line can take megabytes; a tool tip is read by a person.
 QString cutToText(std::string_view bytes) {
     constexpr std::size_t longest = 2000;
-    constexpr std::size_t longestCharacter = 4; // bytes
-    const std::string text = printable(bytes.substr(0, (longest + 1) * longestCharacter));
-    const std::string_view cut = firstCharacters(text, longest);
-    return QString::fromUtf8(cut.data(), static_cast<qsizetype>(cut.size())) +
-           (cut.size() < text.size() ? QStringLiteral("…") : QString());
+    return cutPlainText(bytes, longest);
 }
 
 bool differs(std::string_view one, std::string_view other) {
@@ -78,6 +73,10 @@ TitleAndSubtitle portTitleAndSubtitle(const ListeningPort &port, Instant now,
         parts.append(ageText(*port.startedAt, now));
     parts.removeAll(QString());
     return {title, parts.join(QString::fromUtf8(separator.data(), separator.size()))};
+}
+
+QString portTitle(const ListeningPort &port) {
+    return nameAndTool(port).title;
 }
 
 QString portToolTip(const ListeningPort &port) {

@@ -25,6 +25,9 @@ struct TitleAndSubtitle {
 portTitleAndSubtitle(const ListeningPort &port, Instant now,
                      const ApplicationName &applicationName = applicationFileName);
 
+/// The name of `port` alone.
+[[nodiscard]] QString portTitle(const ListeningPort &port);
+
 /// Lines with command line, pid, agent and folder, as far as they are known. An endless command line is cut.
 [[nodiscard]] QString portToolTip(const ListeningPort &port);
 

@@ -11,6 +11,7 @@ Pressable {
     property real size: Theme.size13
     property bool isCheckable: false
     property bool isChecked: false
+    property bool isFilled: false // with a ground as a button with a title has it
 
     tip: title
     implicitWidth: Math.max(Theme.controlHeight, Math.round(size * 1.2) + 2 * Theme.space4)
@@ -22,8 +23,8 @@ Pressable {
     RoundRect {
         anchors.fill: parent
         radius: root.radius
-        color: root.isPressed ? Theme.pressFill : (root.isChecked ? Theme.selectedFill : Theme.hoverFill)
-        opacity: root.isHovered || root.isPressed || root.isChecked ? 1 : 0
+        color: root.isPressed ? Theme.pressFill : (root.isChecked || (root.isFilled && root.isHovered) ? Theme.selectedFill : Theme.hoverFill)
+        opacity: root.isHovered || root.isPressed || root.isChecked || root.isFilled ? 1 : 0
 
         Behavior on opacity {
             NumberAnimation {

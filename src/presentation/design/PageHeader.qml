@@ -1,5 +1,6 @@
 // The head of a page: its title, a subtitle beneath it, and at the right whatever is put into it. Needs both texts.
 import QtQuick
+import Tarnvale.Design
 
 Item {
     id: root
@@ -32,6 +33,7 @@ Item {
             Accessible.name: text
         }
         Text {
+            id: words
             width: parent.width
             text: root.subtitle
             textFormat: Text.PlainText
@@ -42,6 +44,14 @@ Item {
             font.pixelSize: Theme.size13
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+
+            HoverHandler {
+                id: hover
+            }
+            HoverTip {
+                text: words.truncated ? words.text : ""
+                hovered: hover.hovered
+            }
         }
     }
     Row {

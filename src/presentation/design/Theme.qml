@@ -39,6 +39,9 @@ QtObject {
 
     // Grounds.
     readonly property color surface: dark ? "#242428" : "#f7f7f9"
+    readonly property color page: dark ? "#1e1e21" : "#ffffff"
+    readonly property color sidebar: dark ? "#27272b" : "#f1f1f4"
+    readonly property color card: dark ? "#28282c" : "#fafafb"
     readonly property color surfaceWash: surface // no desktop blurs what would shine through
     readonly property color surfaceRaised: dark ? "#2e2e33" : "#ffffff"
     readonly property color fieldFill: wash(ink, 0.06)
@@ -46,11 +49,27 @@ QtObject {
     readonly property color pressFill: wash(ink, 0.13)
     readonly property color chipFill: wash(ink, 0.06)
     readonly property color selectedFill: wash(ink, 0.12)
+    readonly property color cardHover: dark ? "#2f2f34" : "#f3f3f6"
+    readonly property color inspector: dark ? "#222226" : "#fbfbfc"
+    readonly property color rowHover: wash(ink, dark ? 0.06 : 0.045)
+    readonly property color selectionFill: wash(accent, dark ? 0.3 : 0.12)
+    readonly property color selectionStroke: wash(accent, dark ? 0.6 : 0.35)
+    readonly property color sidebarSelected: dark ? wash(ink, 0.12) : "#e2e2e8"
+    readonly property color shadow: Qt.rgba(0, 0, 0, dark ? 0.3 : 0.08)
+    readonly property color pictureWash: Qt.rgba(0, 0, 0, 0.45)
+    readonly property color paletteWash: Qt.rgba(0, 0, 0, dark ? 0.3 : 0.12)
+    readonly property color console: dark ? "#131316" : "#1f1f24" // dark in both, as a terminal is
+    readonly property color consoleInk: "#dcdce2"
+    readonly property color consoleFaint: "#85858e"
+    readonly property color consoleWarning: "#ffb45c"
+    readonly property color consoleError: "#ff8078"
+    readonly property color shade: Qt.rgba(0, 0, 0, dark ? 0.45 : 0.22) // over what waits behind a sheet
     readonly property color capFill: dark ? wash(ink, 0.1) : "#ffffff"
 
     // Lines.
     readonly property color divider: wash(ink, highContrast ? 0.4 : 0.09)
     readonly property color panelStroke: wash(ink, highContrast ? 0.6 : 0.12)
+    readonly property color cardStroke: wash(ink, highContrast ? 0.5 : (dark ? 0.08 : 0.09))
     readonly property color tipStroke: dark ? "#4a4a50" : "#d5d5da" // opaque, for windows of their own
     readonly property color capStroke: wash(ink, highContrast ? 0.6 : 0.14)
     readonly property color scrollThumb: wash(ink, highContrast ? 0.7 : 0.32)
@@ -62,6 +81,7 @@ QtObject {
     readonly property color danger: dark ? "#d8392f" : "#d0281f"
     readonly property color dangerText: dark ? "#ff7a72" : "#c2211a"
     readonly property color dangerFill: wash(red, dark ? 0.16 : 0.1)
+    readonly property color warningStroke: wash(orange, 0.35)
     readonly property color warningFill: wash(orange, 0.12)
     readonly property color success: green
     readonly property color warning: orange
@@ -78,9 +98,13 @@ QtObject {
     readonly property int size12: Math.round(12 * textScale)
     readonly property int size125: Math.round(12.5 * textScale)
     readonly property int size13: Math.round(13 * textScale)
+    readonly property int size14: Math.round(14 * textScale)
     readonly property int size15: Math.round(15 * textScale)
     readonly property int size16: Math.round(16 * textScale)
+    readonly property int size17: Math.round(17 * textScale)
+    readonly property int size19: Math.round(19 * textScale)
     readonly property int size20: Math.round(20 * textScale)
+    readonly property int size24: Math.round(24 * textScale)
     readonly property int size26: Math.round(26 * textScale)
     readonly property int size28: Math.round(28 * textScale)
     readonly property real tracking: 0.6
@@ -101,9 +125,12 @@ QtObject {
     readonly property int space16: 16
     readonly property int space20: 20
     readonly property int space24: 24
+    readonly property int space28: 28
+    readonly property int space32: 32
     readonly property int space36: 36
 
     // Heights of what is pressed; they grow with the text.
+    readonly property int buttonHeight: Math.round(30 * Math.max(1, textScale))
     readonly property int controlHeight: Math.round(22 * Math.max(1, textScale))
     readonly property int fieldHeight: Math.round(34 * Math.max(1, textScale))
 
@@ -116,6 +143,8 @@ QtObject {
     readonly property int radius9: 9
     readonly property int radius10: 10
     readonly property int radius12: 12
+    readonly property int radius14: 14
+    readonly property int radius16: 16
     readonly property int stroke: highContrast ? 2 : 1
 
     // Time, in milliseconds. Nothing moves where the desktop asks for no motion.

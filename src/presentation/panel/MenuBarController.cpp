@@ -4,6 +4,7 @@
 #include "presentation/design/Appearance.h"
 #include "presentation/design/popUpMenu.h"
 #include "presentation/panel/trayMenu.h"
+#include "presentation/shared/ActivationToken.h"
 #include "presentation/tray/screenFrames.h"
 #include "store/PortStore.h"
 
@@ -40,8 +41,8 @@ MenuBarController::MenuBarController(PortStore &store, const Platform &platform,
       m_footer(store, hotKey, m_actions),
       m_tray(bus, platform.clock),
       m_panel(engine, m_list, m_footer) {
-    connect(&m_tray, &TrayIcon::activated, this, &MenuBarController::toggle);
-    connect(&m_tray, &TrayIcon::menuRequested, this, &MenuBarController::toggle);
+    for (const auto clicked : {&TrayIcon::activated, &TrayIcon::menuRequested})
+        connect(&m_tray, clicked, this, [this](std::optional<QPoint> place) { toggle(place); });
     connect(&m_panel, &PanelWindow::keyboardLost, this, &MenuBarController::close);
     connect(&m_panel, &PanelWindow::cancelled, this, &MenuBarController::close);
     connect(&m_panel, &PanelWindow::quitChosen, this, [this] {
@@ -93,10 +94,10 @@ void MenuBarController::scheduleMenu() {
 
 void MenuBarController::updateMenu() {
     m_isMenuDue = false;
-    m_tray.setMenu(trayMenu(m_store, m_platform.desktop, m_actions, [this] { open(); }));
+    m_tray.setMenu(trayMenu(m_store, m_actions, [this] { open(); }));
 }
 
-void MenuBarController::toggle(std::optional<QPoint> clicked) {
+void MenuBarController::toggle(std::optional<QPoint> clicked, const QString &activationToken) {
     if (isOpen()) {
         close();
         return;
@@ -104,16 +105,17 @@ void MenuBarController::toggle(std::optional<QPoint> clicked) {
     const Instant now = m_platform.clock.now();
     const bool isResting = m_closedAt && now >= *m_closedAt && now - *m_closedAt <= toggleRest;
     if (!isResting)
-        open(clicked);
+        open(clicked, activationToken);
 }
 
-void MenuBarController::open(std::optional<QPoint> clicked) {
-    if (const QString token = m_tray.takeActivationToken(); !token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+void MenuBarController::open(std::optional<QPoint> clicked, const QString &activationToken) {
+    const QString ofTray = m_tray.takeActivationToken();
     m_list.prepare();
     place(clicked);
-    m_panel.fadeIn();
-    qunsetenv("XDG_ACTIVATION_TOKEN");
+    {
+        const ActivationToken token(activationToken.isEmpty() ? ofTray : activationToken);
+        m_panel.fadeIn();
+    }
     m_tray.setHighlighted(true);
     m_store.setMenuOpen(true);
     m_store.refresh(); // the store itself may sleep for seconds yet

@@ -28,8 +28,9 @@ public:
     /// Opens the panel, or closes it. In the quarter of a second after it began to close it stays closed: the
     /// click on the icon that closes it by taking its keyboard away mustn't open it again. `place` is where
     /// the tray was clicked, as its host sent it.
-    void toggle(std::optional<QPoint> place = std::nullopt);
-    void open(std::optional<QPoint> place = std::nullopt);
+    /// `activationToken` is the desktop's leave to take the keyboard (xdg-activation), where one was given.
+    void toggle(std::optional<QPoint> place = std::nullopt, const QString &activationToken = {});
+    void open(std::optional<QPoint> place = std::nullopt, const QString &activationToken = {});
     void close();
 
     [[nodiscard]] bool isOpen() const { return m_panel.isVisible() && !m_panel.isClosing(); }

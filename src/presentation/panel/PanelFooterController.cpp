@@ -1,6 +1,6 @@
 #include "presentation/panel/PanelFooterController.h"
 
-#include "commands/hotkey/keycaps.h"
+#include "presentation/shared/hotKeyTexts.h"
 #include "store/PortStore.h"
 
 namespace tarnvale {
@@ -21,24 +21,15 @@ PanelFooterController::PanelFooterController(PortStore &store, GlobalHotKey &hot
 }
 
 QStringList PanelFooterController::hotKeyCaps() const {
-    using Kind = HotKeyAvailability::Kind;
-    const HotKeyAvailability availability = m_hotKey.availability();
-    if (!m_hotKey.isTaken() || availability.kind == Kind::needsCommand || availability.kind == Kind::none)
-        return {};
-    if (!availability.trigger.empty())
-        return {QString::fromStdString(availability.trigger)};
-    QStringList caps;
-    for (const std::string &cap : keycaps(m_hotKey.current().display))
-        caps.append(QString::fromStdString(cap));
-    return caps;
+    return tarnvale::hotKeyCaps(m_hotKey);
 }
 
 QString PanelFooterController::hotKeyNote() const {
-    const HotKeyAvailability availability = m_hotKey.availability();
-    if (availability.kind != HotKeyAvailability::Kind::needsCommand)
+    const QString command = hotKeyCommand(m_hotKey);
+    if (command.isEmpty())
         return {};
     return tr("This desktop lets no application take a key. Bind one to this command in its settings:\n%1")
-        .arg(QString::fromStdString(availability.command));
+        .arg(command);
 }
 
 std::vector<MenuEntry> PanelFooterController::menu() const {
@@ -75,12 +66,9 @@ void PanelFooterController::openWindow() {
 }
 
 void PanelFooterController::toggleRecording() {
-    const auto kind = m_hotKey.availability().kind;
-    const bool isOurs =
-        kind == HotKeyAvailability::Kind::works || kind == HotKeyAvailability::Kind::desktopDecides;
     if (m_recorder.isRecording())
         m_recorder.stop();
-    else if (isOurs)
+    else if (canRecord(m_hotKey))
         m_recorder.start();
     else if (const QString note = hotKeyNote(); !note.isEmpty())
         m_store.setError(note);

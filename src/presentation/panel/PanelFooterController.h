@@ -1,7 +1,7 @@
 #pragma once
 
 #include "presentation/MenuEntry.h"
-#include "presentation/panel/HotKeyRecorder.h"
+#include "presentation/shared/HotKeyRecorder.h"
 
 #include <QObject>
 #include <QPointF>

@@ -2,13 +2,12 @@
 
 #include "presentation/design/Appearance.h"
 #include "presentation/design/isComposited.h"
+#include "presentation/design/makeContent.h"
 #include "presentation/design/popUpMenu.h"
 #include "presentation/panel/PanelFooterController.h"
 #include "presentation/panel/PortListController.h"
 
 #include <QKeyEvent>
-#include <QQmlComponent>
-#include <QQuickItem>
 #include <QSurfaceFormat>
 
 namespace tarnvale {
@@ -17,17 +16,6 @@ namespace {
 
 constexpr int fadeInTime = 120;  // milliseconds
 constexpr int fadeOutTime = 100; // milliseconds
-
-std::unique_ptr<QQuickItem> makeContent(QQmlEngine &engine, PortListController &list,
-                                        PanelFooterController &footer) {
-    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Tarnvale/Panel/MenuPanelContent.qml")));
-    std::unique_ptr<QObject> object(
-        component.createWithInitialProperties({{QStringLiteral("list"), QVariant::fromValue(&list)},
-                                               {QStringLiteral("footer"), QVariant::fromValue(&footer)}}));
-    if (!object)
-        qFatal("the panel can't be made: %s", qPrintable(component.errorString()));
-    return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem *>(object.release()));
-}
 
 QSize sizeOf(const QQuickItem &content) {
     return QSizeF(content.implicitWidth(), content.implicitHeight()).toSize();
@@ -50,7 +38,9 @@ PanelWindow::PanelWindow(QQmlEngine &engine, PortListController &list, PanelFoot
     withAlpha.setAlphaBufferSize(8);
     setFormat(withAlpha);
     setColor(Qt::transparent);
-    m_content = makeContent(engine, list, footer);
+    m_content = makeContent(engine, QStringLiteral("Tarnvale/Panel/MenuPanelContent.qml"),
+                            {{QStringLiteral("list"), QVariant::fromValue(&list)},
+                             {QStringLiteral("footer"), QVariant::fromValue(&footer)}});
     m_content->setParentItem(contentItem());
     connect(m_content.get(), &QQuickItem::implicitHeightChanged, this, &PanelWindow::followContent);
     connect(m_content.get(), &QQuickItem::implicitWidthChanged, this, &PanelWindow::followContent);
@@ -78,7 +68,6 @@ QSize PanelWindow::fittingSize() const {
 
 void PanelWindow::place(const PanelPlacement &placement, const QRect &visible) {
     m_placement = placement;
-    m_visible = visible;
     m_isPlaced = true;
     m_content->setProperty("maxHeight", roomFor(placement, visible));
     updateTranslucency();

@@ -56,7 +56,6 @@ private:
     std::unique_ptr<QQuickItem> m_content;
     QVariantAnimation m_fade;
     PanelPlacement m_placement;
-    QRect m_visible;
     bool m_isPlaced = false;
     bool m_isClosing = false;
 };

@@ -2,15 +2,11 @@
 
 #include "discovery/isDevPort.h"
 #include "platform/Clock.h"
-#include "platform/Desktop.h"
-#include "platform/background.h"
 #include "presentation/matchesQuery.h"
-#include "presentation/panel/after.h"
-#include "presentation/panel/portMenu.h"
+#include "presentation/shared/after.h"
 #include "store/PortStore.h"
 
 #include <algorithm>
-#include <memory>
 #include <unistd.h>
 
 namespace tarnvale {
@@ -20,16 +16,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto armedFor = 4s;
-constexpr auto copiedFor = 1200ms;
-constexpr auto longestFileRead = 200ms;
 constexpr std::size_t fewEvents = 6;
 constexpr std::size_t manyEvents = 30;
-
-ApplicationName namesOf(const Platform &platform) {
-    return [&desktop = platform.desktop](const std::string &hostApp) {
-        return desktop.applicationName(hostApp);
-    };
-}
 
 /// "Stop Visible" ends plain processes of developers, and never this one.
 bool isStoppable(const ListeningPort &port) {
@@ -40,7 +28,7 @@ bool isStoppable(const ListeningPort &port) {
 } // namespace
 
 PortListController::PortListController(PortStore &store, const Platform &platform)
-    : m_store(store), m_platform(platform) {
+    : PortRowsController(store, platform) {
     for (const auto signal :
          {&PortStore::portsChanged, &PortStore::healthChanged, &PortStore::watchedPortsChanged,
           &PortStore::tunnelsChanged, &PortStore::showAllChanged, &PortStore::eventsChanged,
@@ -53,19 +41,19 @@ PortListController::PortListController(PortStore &store, const Platform &platfor
 }
 
 bool PortListController::showAll() const {
-    return m_store.showAll();
+    return store().showAll();
 }
 
 QString PortListController::error() const {
-    return m_store.error().value_or(QString());
+    return store().error().value_or(QString());
 }
 
 int PortListController::eventCount() const {
-    return static_cast<int>(m_store.events().size());
+    return static_cast<int>(store().events().size());
 }
 
 bool PortListController::isOpen() const {
-    return m_store.isMenuOpen();
+    return store().isMenuOpen();
 }
 
 QString PortListController::chipTitle(int filter) const {
@@ -92,25 +80,16 @@ void PortListController::prepare() {
 }
 
 std::vector<ListeningPort> PortListController::queriedPorts() const {
-    std::vector<ListeningPort> ports = m_store.visiblePorts();
+    std::vector<ListeningPort> ports = store().visiblePorts();
     if (!m_query.trimmed().isEmpty())
-        std::erase_if(ports, [&, names = namesOf(m_platform)](const ListeningPort &port) {
+        std::erase_if(ports, [&, names = namesOf(platform())](const ListeningPort &port) {
             return !matchesQuery(port, m_query, names);
         });
     return ports;
 }
 
-PortFacts PortListController::factsOf(const ListeningPort &port) const {
-    PortFacts facts{.isWatched = m_store.watchedPorts().contains(port.port)};
-    if (const auto health = m_store.health().find(port.id()); health != m_store.health().end())
-        facts.health = health->second;
-    if (const auto tunnel = m_store.tunnels().find(port.port); tunnel != m_store.tunnels().end())
-        facts.publicUrl = tunnel->second.url;
-    return facts;
-}
-
 void PortListController::updateChips(const std::vector<ListeningPort> &queried) {
-    const WebTest isWeb = [this](const ListeningPort &port) { return m_store.isWebPort(port); };
+    const WebTest isWeb = webTestOf(store());
     QList<int> chips;
     for (const PortFilter chip : portFilters)
         if (chip == PortFilter::all || std::any_of(queried.begin(), queried.end(), [&](const auto &port) {
@@ -126,7 +105,7 @@ void PortListController::updateChips(const std::vector<ListeningPort> &queried) 
 }
 
 void PortListController::updateRows() {
-    const WebTest isWeb = [this](const ListeningPort &port) { return m_store.isWebPort(port); };
+    const WebTest isWeb = webTestOf(store());
     std::vector<ListeningPort> ports = queriedPorts();
     updateChips(ports);
     std::erase_if(ports, [&](const ListeningPort &port) { return !matchesFilter(port, m_filter, isWeb); });
@@ -136,31 +115,13 @@ void PortListController::updateRows() {
         if (isStoppable(port))
             m_stoppable.insert(port.pid);
 
-    const Instant now = m_platform.clock.now();
-    const ApplicationName names = namesOf(m_platform);
-    const int selected = selectedIndex();
-    m_entries.clear();
-    m_sections.clear();
-    m_sectionCounts.clear();
-    std::vector<PortRow> rows;
-    for (RowSection &section : groupedRows(m_filtered, isWeb)) {
-        m_sections.append(title(section.group));
-        m_sectionCounts.append(static_cast<int>(section.rows.size()));
-        for (RowEntry &entry : section.rows) {
-            rows.push_back(portRow(entry, section.group, factsOf(entry.port), now, names));
-            m_entries.push_back(std::move(entry));
-        }
-    }
-    m_rows.setRows(std::move(rows));
-    Q_EMIT rowsChanged();
-    if (selected != selectedIndex())
-        Q_EMIT selectedIndexChanged();
+    showSections(groupedRows(m_filtered, isWeb));
 }
 
 void PortListController::updateStacks() {
     const int before = stackCount();
     std::vector<StackRow> rows;
-    for (const Stack &stack : m_store.stacks())
+    for (const Stack &stack : store().stacks())
         rows.push_back(stackRow(stack));
     m_stacks.setRows(std::move(rows));
     if (before != stackCount())
@@ -169,7 +130,7 @@ void PortListController::updateStacks() {
 
 void PortListController::updateEvents() {
     const std::size_t limit = !m_showRecent ? 0 : m_showAllRecent ? manyEvents : fewEvents;
-    m_events.setRows(eventRows(m_store.events(), limit, m_platform.clock.now()));
+    m_events.setRows(eventRows(store().events(), limit, platform().clock.now()));
     Q_EMIT eventsChanged();
 }
 
@@ -180,7 +141,7 @@ void PortListController::handleOpening() {
     } else {
         setArmedKill({});
         setArmedStopAll(false);
-        clearHovered(m_hovered);
+        clearHovered(hovered());
     }
     Q_EMIT isOpenChanged();
 }
@@ -189,7 +150,7 @@ void PortListController::handleOpening() {
 void PortListController::keepAges() {
     if (std::exchange(m_keepsAges, true))
         return;
-    after(m_platform.clock, 2s, this, [this] {
+    after(platform().clock, 2s, this, [this] {
         m_keepsAges = false;
         if (!isOpen())
             return;
@@ -229,57 +190,10 @@ void PortListController::setShowAllRecent(bool isShown) {
     updateEvents();
 }
 
-void PortListController::setHovered(const QString &rowId) {
-    if (std::exchange(m_hovered, rowId) != rowId)
-        Q_EMIT hoveredChanged();
-}
-
-void PortListController::clearHovered(const QString &rowId) {
-    if (m_hovered == rowId)
-        setHovered({});
-}
-
-int PortListController::selectedIndex() const {
-    const auto isSelected = [this](const RowEntry &row) {
-        return m_selection == QString::fromStdString(row.id());
-    };
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), isSelected);
-    return found == m_entries.end() ? -1 : static_cast<int>(found - m_entries.begin());
-}
-
-const RowEntry *PortListController::entry(const QString &rowId) const {
-    const std::string id = rowId.toStdString();
-    const auto found =
-        std::find_if(m_entries.begin(), m_entries.end(), [&](const RowEntry &row) { return row.id() == id; });
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
-void PortListController::setSelection(const QString &rowId) {
-    if (std::exchange(m_selection, rowId) == rowId)
-        return;
-    Q_EMIT selectionChanged();
-    Q_EMIT selectedIndexChanged();
-}
-
-void PortListController::select(const QString &rowId) {
-    if (entry(rowId) != nullptr)
-        setSelection(rowId);
-}
-
-void PortListController::moveSelection(int step) {
-    setArmedKill({});
-    if (m_entries.empty())
-        return;
-    const int last = rowCount() - 1;
-    const int present = selectedIndex();
-    const int next = present < 0 ? (step > 0 ? 0 : last) : std::clamp(present + step, 0, last);
-    setSelection(QString::fromStdString(m_entries[static_cast<std::size_t>(next)].id()));
-}
-
 /// Nothing where the letter is mere text.
 std::function<void()> PortListController::actionOfLetter(int key, const RowEntry &row) {
     const QString id = QString::fromStdString(row.id());
-    if (key == Qt::Key_O && m_store.isWebPort(row.port))
+    if (key == Qt::Key_O && store().isWebPort(row.port))
         return [this, id] { openInBrowser(id); };
     if (key == Qt::Key_T && row.port.hostApp)
         return [this, id] { focusHostApp(id); };
@@ -296,7 +210,7 @@ std::function<void()> PortListController::actionOfKey(int key, Qt::KeyboardModif
     const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (isMenuKey || (isReturn && held == Qt::ControlModifier))
         return [this, id] { Q_EMIT menuKeyPressed(id); };
-    if (isReturn && m_store.isWebPort(row.port))
+    if (isReturn && store().isWebPort(row.port))
         return [this, id] { openInBrowser(id); };
     return m_query.isEmpty() && !held ? actionOfLetter(key, row) : std::function<void()>();
 }
@@ -313,13 +227,13 @@ bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
     }
     if ((key == Qt::Key_Down || key == Qt::Key_Up) && !held) {
         moveSelection(key == Qt::Key_Down ? 1 : -1);
-        return !m_entries.empty();
+        return rowCount() > 0;
     }
-    const RowEntry *const row = entry(m_selection);
+    const RowEntry *const row = entry(selection());
     if (row == nullptr)
         return false;
     if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && held == Qt::ControlModifier) {
-        stopInTwoSteps(m_selection);
+        stopInTwoSteps(selection());
         return true;
     }
     const auto act = actionOfKey(key, all, *row);
@@ -328,111 +242,46 @@ bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
     return act != nullptr;
 }
 
-void PortListController::openInBrowser(const QString &rowId) {
-    if (const RowEntry *row = entry(rowId))
-        m_store.openInBrowser(row->port);
-}
-
-void PortListController::focusHostApp(const QString &rowId) {
-    if (const RowEntry *row = entry(rowId))
-        m_store.focusHostApp(row->port);
-}
-
-void PortListController::copyAddress(const QString &rowId) {
-    const RowEntry *const row = entry(rowId);
-    if (row == nullptr)
-        return;
-    m_store.copyURL(row->port);
-    setCopied(rowId);
-    after(m_platform.clock, copiedFor, this, [this, rowId] {
-        if (m_copied == rowId)
-            setCopied({});
-    });
-}
-
-void PortListController::setCopied(const QString &rowId) {
-    if (std::exchange(m_copied, rowId) != rowId)
-        Q_EMIT copiedChanged();
-}
-
-void PortListController::setArmedKill(const QString &rowId) {
-    if (std::exchange(m_armedKill, rowId) != rowId)
-        Q_EMIT armedKillChanged();
-}
-
 void PortListController::setArmedStopAll(bool isArmed) {
     if (std::exchange(m_armedStopAll, isArmed) != isArmed)
         Q_EMIT armedStopAllChanged();
 }
 
-void PortListController::stopInTwoSteps(const QString &rowId) {
-    const RowEntry *const row = entry(rowId);
-    if (row == nullptr)
-        return;
-    if (m_armedKill == rowId) {
-        setArmedKill({});
-        m_store.stop(row->port);
-        return;
-    }
-    setArmedKill(rowId);
-    after(m_platform.clock, armedFor, this, [this, rowId] {
-        if (m_armedKill == rowId)
-            setArmedKill({});
-    });
-}
-
 void PortListController::stopVisibleInTwoSteps() {
     if (m_armedStopAll) {
         setArmedStopAll(false);
-        m_store.stopVisible(m_filtered);
+        store().stopVisible(m_filtered);
         return;
     }
     if (m_stoppable.empty())
         return;
     setArmedStopAll(true);
-    after(m_platform.clock, armedFor, this, [this] { setArmedStopAll(false); });
-}
-
-/// A folder on a dead network must not keep the menu away: then it comes without what lies on the disk.
-void PortListController::requestMenu(const QString &rowId, const QPointF &place) {
-    const RowEntry *const row = entry(rowId);
-    if (row == nullptr)
-        return;
-    const auto isShown = std::make_shared<bool>(false);
-    const auto show = [this, place, isShown, port = row->port, isWeb = row->isWeb](const PortFiles &files) {
-        if (!std::exchange(*isShown, true))
-            Q_EMIT menuReady(place, portMenu(m_store, m_platform.desktop, port, isWeb, files));
-    };
-    const auto read = [port = row->port, log = m_store.launchLog(row->port), &tools = m_platform.tools] {
-        return readPortFiles(port, log, tools);
-    };
-    whenDone(inBackground(read), this, show);
-    after(m_platform.clock, longestFileRead, this, [show] { show({}); });
+    after(platform().clock, armedFor, this, [this] { setArmedStopAll(false); });
 }
 
 void PortListController::showSystemProcesses() {
-    m_store.setShowAll(true);
+    store().setShowAll(true);
 }
 
 void PortListController::dismissError() {
-    m_store.setError(std::nullopt);
+    store().setError(std::nullopt);
 }
 
 void PortListController::startStack(const QString &stackId) {
     const QUuid id(stackId);
-    for (const Stack &stack : m_store.stacks())
+    for (const Stack &stack : store().stacks())
         if (stack.id == id) {
-            m_store.startStack(stack);
+            store().startStack(stack);
             return;
         }
 }
 
 void PortListController::deleteStack(const QString &stackId) {
-    m_store.deleteStack(QUuid(stackId));
+    store().deleteStack(QUuid(stackId));
 }
 
 void PortListController::clearHistory() {
-    m_store.clearHistory();
+    store().clearHistory();
 }
 
 } // namespace tarnvale

@@ -5,8 +5,8 @@
 #include "presentation/MenuEntry.h"
 #include "presentation/PortFilter.h"
 #include "presentation/groupedRows.h"
-#include "presentation/panel/PortRow.h"
-#include "presentation/panel/SectionRows.h"
+#include "presentation/shared/PortRowsController.h"
+#include "presentation/shared/SectionRows.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -27,28 +27,19 @@ class PortStore;
 ///
 /// The state lives as long as this object; none of it is stored. While the panel is closed nothing is worked
 /// out; `prepare()` brings all of it up to date.
-class PortListController : public QObject {
+class PortListController : public PortRowsController {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("belongs to the panel")
 
-    Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
     Q_PROPERTY(QAbstractItemModel *stacks READ stacks CONSTANT)
     Q_PROPERTY(QAbstractItemModel *events READ events CONSTANT)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(QList<int> chips READ chips NOTIFY chipsChanged)
     Q_PROPERTY(int filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(int portCount READ portCount NOTIFY rowsChanged)
-    Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
-    Q_PROPERTY(QStringList sections READ sections NOTIFY rowsChanged)
-    Q_PROPERTY(QList<int> sectionCounts READ sectionCounts NOTIFY rowsChanged)
     Q_PROPERTY(int stoppableCount READ stoppableCount NOTIFY rowsChanged)
-    Q_PROPERTY(QString selection READ selection NOTIFY selectionChanged)
-    Q_PROPERTY(int selectedIndex READ selectedIndex NOTIFY selectedIndexChanged)
-    Q_PROPERTY(QString hovered READ hovered NOTIFY hoveredChanged)
-    Q_PROPERTY(QString armedKill READ armedKill NOTIFY armedKillChanged)
     Q_PROPERTY(bool armedStopAll READ armedStopAll NOTIFY armedStopAllChanged)
-    Q_PROPERTY(QString copied READ copied NOTIFY copiedChanged)
     Q_PROPERTY(bool showAll READ showAll NOTIFY showAllChanged)
     Q_PROPERTY(QString error READ error NOTIFY errorChanged)
     Q_PROPERTY(int stackCount READ stackCount NOTIFY stackCountChanged)
@@ -63,24 +54,15 @@ public:
     /// Both outlive this object.
     PortListController(PortStore &store, const Platform &platform);
 
-    [[nodiscard]] QAbstractItemModel *rows() { return &m_rows; }
     [[nodiscard]] QAbstractItemModel *stacks() { return &m_stacks; }
     [[nodiscard]] QAbstractItemModel *events() { return &m_events; }
     [[nodiscard]] const QString &query() const { return m_query; }
     [[nodiscard]] const QList<int> &chips() const { return m_chips; } ///< the `PortFilter`s that are offered
     [[nodiscard]] int filter() const { return static_cast<int>(m_filter); }
     [[nodiscard]] int portCount() const { return static_cast<int>(m_filtered.size()); }
-    [[nodiscard]] int rowCount() const { return static_cast<int>(m_entries.size()); }
-    [[nodiscard]] const QStringList &sections() const { return m_sections; }
-    [[nodiscard]] const QList<int> &sectionCounts() const { return m_sectionCounts; } ///< rows in each
     /// How many processes "Stop Visible" would stop.
     [[nodiscard]] int stoppableCount() const { return static_cast<int>(m_stoppable.size()); }
-    [[nodiscard]] const QString &selection() const { return m_selection; } ///< a row's id; may be gone
-    [[nodiscard]] int selectedIndex() const;                               ///< -1 without a selected row
-    [[nodiscard]] const QString &hovered() const { return m_hovered; }
-    [[nodiscard]] const QString &armedKill() const { return m_armedKill; }
     [[nodiscard]] bool armedStopAll() const { return m_armedStopAll; }
-    [[nodiscard]] const QString &copied() const { return m_copied; }
     [[nodiscard]] bool showAll() const;
     [[nodiscard]] QString error() const;
     [[nodiscard]] int stackCount() const { return m_stacks.rowCount(); }
@@ -101,25 +83,12 @@ public:
     void prepare();
 
     [[nodiscard]] Q_INVOKABLE QString chipTitle(int filter) const;
-    Q_INVOKABLE void setHovered(const QString &rowId);
-    /// The pointer has left the row.
-    Q_INVOKABLE void clearHovered(const QString &rowId);
-    /// Selects the row `step` rows further down, without leaving the list.
-    Q_INVOKABLE void moveSelection(int step);
-    Q_INVOKABLE void select(const QString &rowId);
 
     /// What a key of the search field does beyond typing; whether it is more than text. `key` and `modifiers`
     /// are Qt's. A key that is held is one press, except for the arrows and Ctrl+Delete.
     Q_INVOKABLE bool handleKey(int key, int modifiers, bool isRepeat = false);
 
-    Q_INVOKABLE void openInBrowser(const QString &rowId);
-    Q_INVOKABLE void copyAddress(const QString &rowId);
-    Q_INVOKABLE void focusHostApp(const QString &rowId);
-    /// The first time arms the row, the second time within 4 seconds stops its port.
-    Q_INVOKABLE void stopInTwoSteps(const QString &rowId);
     Q_INVOKABLE void stopVisibleInTwoSteps();
-    /// Asks for the menu of the row's port at a place of the screen, see `menuReady`.
-    Q_INVOKABLE void requestMenu(const QString &rowId, const QPointF &place);
     Q_INVOKABLE void showSystemProcesses();
     Q_INVOKABLE void dismissError();
     Q_INVOKABLE void startStack(const QString &stackId);
@@ -130,22 +99,12 @@ Q_SIGNALS:
     void queryChanged();
     void chipsChanged();
     void filterChanged();
-    void rowsChanged();
-    void selectionChanged();
-    void selectedIndexChanged();
-    void hoveredChanged();
-    void armedKillChanged();
     void armedStopAllChanged();
-    void copiedChanged();
     void showAllChanged();
     void errorChanged();
     void stackCountChanged();
     void eventsChanged();
     void isOpenChanged();
-    /// The menu of a row's port, some moments after it was asked for.
-    void menuReady(const QPointF &place, const std::vector<tarnvale::MenuEntry> &entries);
-    /// A key asks for the menu of the selected row.
-    void menuKeyPressed(const QString &rowId);
     /// Esc in an empty field.
     void closeRequested();
 
@@ -158,33 +117,18 @@ private:
     void handleOpening();
     void keepAges();
     [[nodiscard]] std::vector<ListeningPort> queriedPorts() const;
-    [[nodiscard]] PortFacts factsOf(const ListeningPort &port) const;
-    [[nodiscard]] const RowEntry *entry(const QString &rowId) const;
     [[nodiscard]] std::function<void()> actionOfLetter(int key, const RowEntry &row);
     [[nodiscard]] std::function<void()> actionOfKey(int key, Qt::KeyboardModifiers modifiers,
                                                     const RowEntry &row);
-    void setArmedKill(const QString &rowId);
     void setArmedStopAll(bool isArmed);
-    void setCopied(const QString &rowId);
-    void setSelection(const QString &rowId);
 
-    PortStore &m_store;
-    Platform m_platform;
-    KeyedListModel<PortRow> m_rows;
     KeyedListModel<StackRow> m_stacks;
     KeyedListModel<EventRow> m_events;
     std::vector<ListeningPort> m_filtered;
-    std::vector<RowEntry> m_entries;
     std::set<Pid> m_stoppable;
-    QStringList m_sections;
-    QList<int> m_sectionCounts;
     QList<int> m_chips{0};
     QString m_query;
     PortFilter m_filter = PortFilter::all;
-    QString m_selection;
-    QString m_hovered;
-    QString m_armedKill;
-    QString m_copied;
     bool m_armedStopAll = false;
     bool m_showRecent = false;
     bool m_showAllRecent = false;

@@ -4,6 +4,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Tarnvale.Design
 import Tarnvale.Panel
+import Tarnvale.Shared
 
 Item {
     id: root

@@ -1,6 +1,6 @@
 #include "presentation/panel/registerPanel.h"
 
-#include "presentation/design/registerDesign.h"
+#include "presentation/shared/registerShared.h"
 
 #include <QQmlEngine>
 
@@ -10,7 +10,7 @@ void qml_register_types_Tarnvale_Panel(); // NOLINT(readability-identifier-namin
 namespace tarnvale {
 
 void registerPanel(QQmlEngine &engine) {
-    registerDesign(engine);
+    registerShared(engine);
     qml_register_types_Tarnvale_Panel();
 }
 

@@ -1,6 +1,5 @@
 #include "presentation/panel/trayMenu.h"
 
-#include "platform/Desktop.h"
 #include "presentation/panel/PanelFooterController.h"
 #include "presentation/portTexts.h"
 #include "store/PortStore.h"
@@ -24,10 +23,8 @@ QString shortened(const QString &title) {
 
 /// "3000 · shop", with what can be done with it. Nothing here stops a server at one click by mistake: the
 /// entry says what it does, and lies a level deeper.
-MenuEntry serverEntry(PortStore &store, Desktop &desktop, const ListeningPort &port, Instant now) {
-    const auto names = [&desktop](const std::string &hostApp) { return desktop.applicationName(hostApp); };
-    const QString title = portTitleAndSubtitle(port, now, names).title;
-    MenuEntry entry{.title = QStringLiteral("%1 · %2").arg(port.port).arg(shortened(title))};
+MenuEntry serverEntry(PortStore &store, const ListeningPort &port) {
+    MenuEntry entry{.title = QStringLiteral("%1 · %2").arg(port.port).arg(shortened(portTitle(port)))};
     if (store.isWebPort(port)) {
         entry.children.push_back(
             menuAction(trayText("Open in Browser"), [&store, port] { store.openInBrowser(port); }));
@@ -43,14 +40,14 @@ MenuEntry serverEntry(PortStore &store, Desktop &desktop, const ListeningPort &p
 
 } // namespace
 
-std::vector<MenuEntry> trayMenu(PortStore &store, Desktop &desktop, const PanelActions &actions,
+std::vector<MenuEntry> trayMenu(PortStore &store, const PanelActions &actions,
                                 const std::function<void()> &openPanel) {
     std::vector<MenuEntry> entries{menuAction(trayText("Open Panel"), openPanel), menuDivider()};
     std::size_t count = 0;
     for (const ListeningPort &port : store.visiblePorts()) {
         if (++count > mostServers)
             break;
-        entries.push_back(serverEntry(store, desktop, port, {}));
+        entries.push_back(serverEntry(store, port));
     }
     if (count == 0)
         entries.push_back({.title = trayText("No dev servers running"), .isEnabled = false});

@@ -1,4 +1,4 @@
-#include "presentation/panel/HotKeyRecorder.h"
+#include "presentation/shared/HotKeyRecorder.h"
 
 #include "commands/hotkey/KeyPress.h"
 #include "commands/hotkey/keycaps.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presentation/panel/keyedDiff.h"
+#include "presentation/shared/keyedDiff.h"
 
 #include <QAbstractListModel>
 #include <QVariant>

@@ -1,9 +1,9 @@
-#include "presentation/panel/PortRow.h"
+#include "presentation/shared/PortRow.h"
 
 #include "presentation/ToolStyle.h"
-#include "presentation/panel/listText.h"
 #include "presentation/plainText.h"
 #include "presentation/portTexts.h"
+#include "presentation/shared/listText.h"
 
 namespace tarnvale {
 

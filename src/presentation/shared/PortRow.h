@@ -3,7 +3,7 @@
 #include "presentation/Tint.h"
 #include "presentation/applicationFileName.h"
 #include "presentation/groupedRows.h"
-#include "presentation/panel/KeyedListModel.h"
+#include "presentation/shared/KeyedListModel.h"
 #include "probes/Health.h"
 
 #include <QString>

@@ -2,6 +2,7 @@
 // reach it, it is shared. Needs the four facts; an empty one has no badge.
 import QtQuick
 import Tarnvale.Design
+import Tarnvale.Shared
 
 Row {
     id: root

@@ -1,10 +1,10 @@
-#include "presentation/panel/SectionRows.h"
+#include "presentation/shared/SectionRows.h"
 
 #include "discovery/text.h"
 #include "presentation/dayTitle.h"
-#include "presentation/panel/listText.h"
-#include "presentation/panel/relativeTime.h"
 #include "presentation/plainText.h"
+#include "presentation/shared/listText.h"
+#include "presentation/shared/relativeTime.h"
 #include "store/PortSession.h"
 
 #include <QStringList>

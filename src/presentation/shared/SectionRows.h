@@ -1,7 +1,7 @@
 #pragma once
 
 #include "discovery/Instant.h"
-#include "presentation/panel/KeyedListModel.h"
+#include "presentation/shared/KeyedListModel.h"
 #include "store/PortEvent.h"
 #include "store/Stack.h"
 

@@ -1,4 +1,4 @@
-#include "presentation/panel/keyedDiff.h"
+#include "presentation/shared/keyedDiff.h"
 
 #include <QHash>
 

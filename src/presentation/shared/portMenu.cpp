@@ -1,4 +1,4 @@
-#include "presentation/panel/portMenu.h"
+#include "presentation/shared/portMenu.h"
 
 #include "platform/Desktop.h"
 #include "presentation/plainText.h"

@@ -1,6 +1,6 @@
-#include "presentation/panel/relativeTime.h"
+#include "presentation/shared/relativeTime.h"
 
-#include "presentation/panel/listText.h"
+#include "presentation/shared/listText.h"
 
 namespace tarnvale {
 

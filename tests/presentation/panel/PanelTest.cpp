@@ -2,19 +2,6 @@
 
 namespace tarnvale {
 
-void PanelTest::answerAll() {
-    constexpr std::int64_t database = 5432;
-    for (const FakeSocket &socket : world.machine.sockets)
-        answers.try_emplace(
-            socket.port,
-            HealthCheck::Result{socket.port == database ? Health::unknown() : Health::responding(200), {}});
-}
-
-void PanelTest::scan() {
-    answerAll();
-    StoreTest::scan();
-}
-
 void PanelTest::startList() {
     start();
     list = std::make_unique<PortListController>(*store, world.platform());
@@ -36,40 +23,6 @@ void PanelTest::update() {
     list->prepare();
 }
 
-void PanelTest::addPostgres(Pid pid) {
-    world.machine.add({.pid = pid,
-                       .path = "/usr/lib/postgresql/15/bin/postgres",
-                       .args = "postgres -D data",
-                       .cwd = "/var/lib/postgresql"});
-    world.machine.listen(pid, 5432);
-}
-
-void PanelTest::addAgentsServer(Pid pid, std::int64_t port) {
-    constexpr Pid editor = 20;
-    constexpr Pid agent = 21;
-    world.machine.add({.pid = editor,
-                       .path = "/usr/bin/editor",
-                       .args = "editor",
-                       .application = "/usr/share/applications/Some Editor.desktop"});
-    world.machine.add({.pid = agent, .ppid = editor, .path = "/usr/bin/claude", .args = "claude"});
-    world.machine.add({.pid = pid,
-                       .ppid = agent,
-                       .path = "/usr/bin/node",
-                       .args = "node server.js",
-                       .cwd = "/home/me/api"});
-    world.machine.listen(pid, port);
-}
-
-void PanelTest::addContainer(Pid pid, std::int64_t port, const std::string &name) {
-    world.machine.add({.pid = pid, .path = "/usr/bin/docker-proxy", .args = "docker-proxy", .cwd = "/"});
-    world.machine.listen(pid, port);
-    world.machine.publishedPorts[port] = name;
-}
-
-QString PanelTest::id(std::int64_t port) const {
-    return QString::fromStdString(record(port).id());
-}
-
 std::vector<std::string> PanelTest::shown() const {
     std::vector<std::string> ports;
     for (const std::string &id : texts(list->rows(), "rowId"))
@@ -84,23 +37,8 @@ std::vector<std::string> PanelTest::chips() const {
     return titles;
 }
 
-std::vector<std::string> PanelTest::texts(const QAbstractItemModel *model, const char *role) {
-    const int number = model->roleNames().key(role, -1);
-    std::vector<std::string> result;
-    for (int row = 0; row < model->rowCount(); ++row)
-        result.push_back(model->data(model->index(row, 0), number).toString().toStdString());
-    return result;
-}
-
 bool PanelTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     return list->handleKey(key, static_cast<int>(modifiers.toInt()));
-}
-
-std::vector<Pid> PanelTest::stopped() const {
-    std::vector<Pid> pids;
-    for (const auto &signal : world.processes.sent)
-        pids.push_back(signal.pid);
-    return pids;
 }
 
 } // namespace tarnvale

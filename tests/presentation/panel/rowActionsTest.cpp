@@ -253,16 +253,18 @@ TEST_F(RowActions, theMenuDoesNotWaitForASlowDisk) {
     start();
     const Platform platform = world.platform();
     SlowTools tools;
-    list = std::make_unique<PortListController>(*store, Platform{.clock = platform.clock,
-                                                                 .machine = platform.machine,
-                                                                 .processes = platform.processes,
-                                                                 .settings = platform.settings,
-                                                                 .notifications = platform.notifications,
-                                                                 .launcher = platform.launcher,
-                                                                 .tools = tools,
-                                                                 .desktop = platform.desktop,
-                                                                 .clipboard = platform.clipboard,
-                                                                 .loginItem = platform.loginItem});
+    list =
+        std::make_unique<PortListController>(*store, Platform{.clock = platform.clock,
+                                                              .machine = platform.machine,
+                                                              .processes = platform.processes,
+                                                              .settings = platform.settings,
+                                                              .notifications = platform.notifications,
+                                                              .launcher = platform.launcher,
+                                                              .tools = tools,
+                                                              .desktop = platform.desktop,
+                                                              .clipboard = platform.clipboard,
+                                                              .loginItem = platform.loginItem,
+                                                              .previewCapturer = platform.previewCapturer});
     world.clock.afterStep = settle;
     const std::vector<Shown> menus = menusOf(*list, [&] {
         list->requestMenu(id(3000), {});

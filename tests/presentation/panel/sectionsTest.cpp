@@ -2,7 +2,7 @@
 
 #include "presentation/panel/PanelTest.h"
 
-#include "presentation/panel/relativeTime.h"
+#include "presentation/shared/relativeTime.h"
 #include "store/settingsKeys.h"
 #include "store/storedJson.h"
 

@@ -25,7 +25,7 @@ protected:
     }
 
     [[nodiscard]] std::vector<MenuEntry> menu() {
-        return trayMenu(*store, world.desktop, actions, [this] { done.emplace_back("panel"); });
+        return trayMenu(*store, actions, [this] { done.emplace_back("panel"); });
     }
 
     PanelActions actions;

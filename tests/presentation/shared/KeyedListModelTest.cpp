@@ -1,4 +1,4 @@
-#include "presentation/panel/KeyedListModel.h"
+#include "presentation/shared/KeyedListModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

@@ -1,4 +1,4 @@
-#include "presentation/panel/PortRow.h"
+#include "presentation/shared/PortRow.h"
 
 #include <gmock/gmock.h>
 

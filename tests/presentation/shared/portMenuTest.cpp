@@ -1,7 +1,7 @@
 // The one menu of a port: which entries it has, in which order, and what they do.
 
-#include "presentation/panel/portMenu.h"
-#include "presentation/panel/PanelTest.h"
+#include "presentation/shared/portMenu.h"
+#include "presentation/shared/PresentationTest.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -26,7 +26,7 @@ std::vector<std::string> titles(const std::vector<MenuEntry> &entries) {
     return result;
 }
 
-class PortMenu : public PanelTest {
+class PortMenu : public PresentationTest {
 protected:
     void SetUp() override {
         addServer(42, 3000);

@@ -197,6 +197,34 @@ Rectangle {
             Chip { title: "Services" }
             Chip { title: "Other" }
         }
+        Heading { text: "Push buttons, switches, fields" }
+        Line {
+            PushButton { title: "Open in Browser"; symbol: "safari"; kind: "prominent" }
+            PushButton { title: "Copy URL"; symbol: "doc.on.doc" }
+            PushButton { title: "Kill Process"; symbol: "xmark.octagon"; kind: "destructive" }
+            PushButton { title: "Click again to confirm"; kind: "destructive"; isArmed: true }
+            PushButton { title: "Save"; isSmall: true; anchors.verticalCenter: parent.verticalCenter }
+            PushButton { title: "Create Stack"; kind: "prominent"; enabled: false }
+        }
+        Line {
+            Switch { title: "Launch at login"; anchors.verticalCenter: parent.verticalCenter }
+            Switch { title: "Website previews"; checked: true; anchors.verticalCenter: parent.verticalCenter }
+            Switch { title: "Not now"; enabled: false; anchors.verticalCenter: parent.verticalCenter }
+            CheckBox { title: "npm run dev"; anchors.verticalCenter: parent.verticalCenter }
+            CheckBox { title: "npm start"; checked: true; anchors.verticalCenter: parent.verticalCenter }
+            TextField { prompt: "Another command"; width: 180 }
+            TextField { prompt: "/"; text: "/health"; isMono: true; width: 120 }
+            SegmentedPicker { title: "Group"; options: ["By Process", "By Port"]; current: 0 }
+        }
+        Line {
+            SymbolTile { symbol: "globe"; tint: Theme.green }
+            SymbolTile { symbol: "square.stack.3d.up.fill"; tint: Theme.purple; size: 40 }
+            Card {
+                width: 260
+                Name { text: "A card" }
+                Name { text: "with two lines" }
+            }
+        }
         Heading { text: "Search, section, banner" }
         Row {
             spacing: Theme.space16
