@@ -1,0 +1,55 @@
+#include "presentation/pages/PageUpdates.h"
+
+#include "platform/Clock.h"
+#include "presentation/shared/after.h"
+#include "store/PortStore.h"
+
+#include <utility>
+
+namespace tarnvale {
+
+using namespace std::chrono_literals;
+
+PageUpdates::PageUpdates(Clock &clock, std::function<void()> update)
+    : m_clock(clock), m_update(std::move(update)) {}
+
+void PageUpdates::follow(PortStore &store, std::initializer_list<void (PortStore::*)()> changes) {
+    for (const auto change : changes)
+        connect(&store, change, this, [this] { schedule(); });
+}
+
+void PageUpdates::setShown(bool isShown) {
+    if (std::exchange(m_isShown, isShown) == isShown || !isShown)
+        return;
+    update();
+    keepAges();
+}
+
+void PageUpdates::schedule() {
+    if (!m_isShown || std::exchange(m_isDue, true))
+        return;
+    const auto updateIfDue = [this] {
+        if (m_isDue && m_isShown)
+            update();
+    };
+    QMetaObject::invokeMethod(this, updateIfDue, Qt::QueuedConnection);
+}
+
+void PageUpdates::update() {
+    m_isDue = false;
+    m_update();
+}
+
+void PageUpdates::keepAges() {
+    if (std::exchange(m_keepsAges, true))
+        return;
+    after(m_clock, 2s, this, [this] {
+        m_keepsAges = false;
+        if (!m_isShown)
+            return;
+        update();
+        keepAges();
+    });
+}
+
+} // namespace tarnvale
