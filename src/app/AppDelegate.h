@@ -8,6 +8,8 @@
 #include "platform/SystemPlatform.h"
 #include "platform/linux/PortalAppearance.h"
 #include "presentation/panel/MenuBarController.h"
+#include "presentation/settings/SettingsWindow.h"
+#include "presentation/window/MainWindowController.h"
 #include "store/PortStore.h"
 
 #include <QObject>
@@ -33,8 +35,14 @@ public:
     /// The one store, made at the first call.
     [[nodiscard]] PortStore &store();
 
-    /// The program as its user knows it: icon, panel, hot key. Later calls do nothing.
-    void finishLaunching();
+    /// What a start brings to the screen, beside the icon.
+    enum class Opening {
+        window, ///< the main window, unless the user doesn't want it at the start
+        nothing,
+    };
+
+    /// The program as its user knows it: icon, panel, hot key, window. Later calls do nothing.
+    void finishLaunching(Opening opening = Opening::nothing);
 
     /// Answers other programs only, and leaves after a while unless one of them asks for the panel.
     void serve();
@@ -42,7 +50,11 @@ public:
 private:
     [[nodiscard]] ApplicationActions applicationActions();
     [[nodiscard]] PanelActions panelActions();
-    void showPanel(const QString &activationToken);
+    [[nodiscard]] WindowActions windowActions();
+    [[nodiscard]] SettingsActions settingsActions();
+    void makeFaces();
+    void copyInstallCommand();
+    void showWindow(const QString &activationToken);
     void togglePanel(const QString &activationToken);
     void neverStayUnseen();
 
@@ -56,6 +68,8 @@ private:
     std::unique_ptr<PortStore> m_store;
     std::unique_ptr<GlobalHotKey> m_hotKey;
     std::unique_ptr<MenuBarController> m_menuBar;
+    std::unique_ptr<MainWindowController> m_mainWindow;
+    std::unique_ptr<SettingsWindow> m_settings;
     std::unique_ptr<QuitSignals> m_signalSources;
 };
 

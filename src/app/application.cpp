@@ -1,16 +1,17 @@
 #include "app/application.h"
 
 #include "app/AppDelegate.h"
+#include "app/FeedUpdateController.h"
 #include "app/startOptions.h"
 #include "commands/automation/SingleInstance.h"
 #include "discovery/text.h"
+#include "presentation/shared/installWords.h"
 
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
@@ -52,11 +53,6 @@ void handleMessage(QtMsgType type, const QMessageLogContext &context, const QStr
     std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
 }
 
-bool hasDisplay() {
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-}
-
 void nameApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("tarnvale"));
     QCoreApplication::setApplicationVersion(QString::fromStdString(bundleInformation().version));
@@ -67,9 +63,9 @@ void nameApplication() {
 
 int run(int argc, char **argv) {
     qInstallMessageHandler(handleMessage);
-    if (!hasDisplay()) {
-        report(QStringLiteral(
-            "there is no display to show anything on; 'tarnctl help' lists what works without"));
+    if (displayWords().isEmpty()) {
+        report(
+            QStringLiteral("there is no display to show anything on; %1").arg(QLatin1String(withoutDisplay)));
         return EX_UNAVAILABLE;
     }
     // A list and a few symbols need no GPU, and its driver would take more memory than all the rest.
@@ -77,9 +73,7 @@ int run(int argc, char **argv) {
     nameApplication();
     QLoggingCategory::setFilterRules(QStringLiteral("hotkey.info=false")); // QT_LOGGING_RULES may want them
     QApplication application(argc, argv);
-    QTranslator words;
-    if (words.load(QStringLiteral(TARNVALE_WORDS)))
-        QCoreApplication::installTranslator(&words);
+    installWords();
     const auto options = parseStartOptions(QCoreApplication::arguments().mid(1));
     if (!options) {
         report(options.error());
@@ -87,7 +81,7 @@ int run(int argc, char **argv) {
     }
 
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    AppDelegate delegate(bus);
+    AppDelegate delegate(bus, makeFeedUpdateController);
     SingleInstance instance(delegate.automation().application(), bus);
     const ApplicationRequest request{
         .action = options->action, .parameters = {}, .activationToken = activationTokenOfThisStart()};
@@ -96,7 +90,8 @@ int run(int argc, char **argv) {
     if (options->isService)
         delegate.serve();
     else
-        delegate.finishLaunching();
+        delegate.finishLaunching(request.action.isEmpty() ? AppDelegate::Opening::window
+                                                          : AppDelegate::Opening::nothing);
     if (!options->isService && !request.action.isEmpty()) // nobody else was there to do it
         delegate.automation().application().perform(request, [](const ApplicationService::Outcome &) {});
     return QApplication::exec();

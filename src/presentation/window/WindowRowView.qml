@@ -1,0 +1,207 @@
+// One process on its ports in the window: tile, title with badges, subtitle, what can be done with it while it is active,
+// a thumbnail of its page, its numbers. Needs the roles of the list's rows and its state; reports what the user chose.
+import QtQuick
+import Tarnvale.Design
+import Tarnvale.Shared
+import Tarnvale.Window
+
+Item {
+    id: root
+
+    required property string rowId
+    required property string title
+    required property string subtitle
+    required property string toolTip
+    required property string accessibleName
+    required property string symbol
+    required property string logo
+    required property string tint
+    required property bool inContainer
+    required property bool isWeb
+    required property string health
+    required property string healthSummary
+    required property string agent
+    required property string agentLogo
+    required property bool isWatched
+    required property bool isExposed
+    required property string publicUrl
+    required property list<string> pills
+    required property string morePills
+    required property string morePorts
+    required property string copyTip
+    required property string stopTip
+    required property string confirmTitle
+    required property PagePictures pictures
+    property bool isSelected: false
+    property bool isHovered: false
+    property bool isArmed: false
+    property bool isCopied: false
+    property bool hasFocus: false
+    readonly property bool isActive: isSelected || isHovered
+    readonly property bool isRoomy: width > 6 * WindowMetrics.thumbWidth
+
+    signal pointerEntered
+    signal pointerLeft
+    signal chosen
+    signal openChosen
+    signal copyChosen
+    signal stopChosen
+    signal menuChosen(item: Item, x: real, y: real)
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: accessibleName
+    Accessible.selected: isSelected
+    Accessible.selectable: true
+    Accessible.onPressAction: root.chosen()
+
+    RoundRect {
+        anchors.fill: parent
+        anchors.topMargin: Theme.space1
+        anchors.bottomMargin: Theme.space1
+        radius: Theme.radius10
+        color: root.isSelected ? Theme.selectionFill : Theme.rowHover
+        visible: root.isActive
+        strokeColor: root.hasFocus ? Theme.focusRing : Theme.selectionStroke
+        strokeWidth: root.isSelected ? Theme.stroke : 0
+    }
+    HoverHandler {
+        onHoveredChanged: hovered ? root.pointerEntered() : root.pointerLeft()
+    }
+    TapHandler {
+        onTapped: root.chosen()
+        onDoubleTapped: root.openChosen()
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: eventPoint => {
+            root.chosen();
+            root.menuChosen(root, eventPoint.position.x, eventPoint.position.y);
+        }
+    }
+    IconTile {
+        id: tile
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.space10
+        anchors.verticalCenter: parent.verticalCenter
+        size: WindowMetrics.tile
+        symbol: root.symbol
+        logo: root.logo
+        tint: root.tint.startsWith("#") ? root.tint : Theme.tint(root.tint)
+        inContainer: root.inContainer
+
+        HealthDot {
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.rightMargin: -WindowMetrics.healthDotOverhang
+            anchors.bottomMargin: -WindowMetrics.healthDotOverhang
+            size: WindowMetrics.healthDot
+            ringColor: Theme.page
+            health: root.health
+            summary: root.healthSummary
+            visible: root.health !== ""
+        }
+    }
+    Column {
+        id: texts
+        anchors.left: tile.right
+        anchors.leftMargin: Theme.space12
+        anchors.right: trailing.left
+        anchors.rightMargin: Theme.space10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.space2
+
+        Row {
+            spacing: Theme.space6
+
+            Text {
+                width: Math.min(Math.ceil(implicitWidth), texts.width - badges.width - (badges.width > 0 ? Theme.space6 : 0))
+                text: root.title
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                color: Theme.ink
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.size13
+                font.weight: Font.DemiBold
+                Accessible.ignored: true
+            }
+            RowBadges {
+                id: badges
+                anchors.verticalCenter: parent.verticalCenter
+                agent: root.agent
+                agentLogo: root.agentLogo
+                isWatched: root.isWatched
+                isExposed: root.isExposed
+                publicUrl: root.publicUrl
+            }
+        }
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: root.subtitle
+            textFormat: Text.PlainText
+            elide: Text.ElideRight
+            color: Theme.inkSecondary
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.size115
+            Accessible.ignored: true
+        }
+    }
+    HoverHandler {
+        id: textHover
+        target: texts
+        parent: texts
+    }
+    HoverTip {
+        text: root.toolTip
+        hovered: textHover.hovered
+    }
+    Row {
+        id: trailing
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.space10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.space6
+
+        RowActions {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isArmed || root.isHovered || (root.isSelected && root.isRoomy)
+            isWeb: root.isWeb
+            isArmed: root.isArmed
+            isCopied: root.isCopied
+            copyTip: root.copyTip
+            stopTip: root.stopTip
+            confirmTitle: root.confirmTitle
+            onOpenChosen: root.openChosen()
+            onCopyChosen: root.copyChosen()
+            onStopChosen: root.stopChosen()
+            onMenuChosen: (item, x, y) => root.menuChosen(item, x, y)
+        }
+        WebPreviewImage {
+            anchors.verticalCenter: parent.verticalCenter
+            width: WindowMetrics.thumbWidth
+            height: WindowMetrics.thumbHeight
+            visible: root.isWeb && hasPicture && root.width > 8 * WindowMetrics.thumbWidth
+            cornerRadius: Theme.radius5
+            pictures: root.pictures
+            port: parseInt(root.pills[0])
+        }
+        Repeater {
+            model: root.pills
+
+            PortPill {
+                required property string modelData
+
+                anchors.verticalCenter: parent?.verticalCenter
+                text: modelData
+                label: qsTr("Port %1").arg(modelData)
+            }
+        }
+        PortPill {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.morePills !== ""
+            text: root.morePills
+            label: qsTr("Ports %1").arg(root.morePorts)
+            tip: root.morePorts
+        }
+    }
+}
