@@ -14,8 +14,7 @@ class Tools;
 /// would be at `launchLog`, else the log that its project's framework keeps. Nothing when none is there.
 ///
 /// Blocks as long as the disk does. Any thread.
-[[nodiscard]] std::optional<LogSource> findLogSource(const ListeningPort &port,
-                                                     const std::optional<std::string> &launchLog,
-                                                     const Tools &tools);
+[[nodiscard]] std::optional<LogSource>
+findLogSource(const ListeningPort &port, const std::optional<std::string> &launchLog, const Tools &tools);
 
 } // namespace tarnvale

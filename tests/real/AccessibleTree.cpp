@@ -14,6 +14,7 @@ AccessibleNode nodeIn(const QJsonObject &object) {
     const QJsonArray box = object[QStringLiteral("box")].toArray();
     AccessibleNode node{.role = object[QStringLiteral("role")].toString().toStdString(),
                         .name = object[QStringLiteral("name")].toString().toStdString(),
+                        .text = object[QStringLiteral("text")].toString().toStdString(),
                         .states = {},
                         .x = box[0].toInt(),
                         .y = box[1].toInt(),
@@ -39,6 +40,13 @@ std::size_t AccessibleTree::countShown(std::string_view role) const {
                       [&](const AccessibleNode &node) { return node.role == role && node.is("showing"); }));
 }
 
+const AccessibleNode *AccessibleTree::present(std::string_view role, std::string_view words) const {
+    const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const AccessibleNode &node) {
+        return node.role == role && node.is("visible") && node.name.find(words) != std::string::npos;
+    });
+    return found == nodes.end() ? nullptr : &*found;
+}
+
 const AccessibleNode *AccessibleTree::focused() const {
     const auto found = std::find_if(nodes.begin(), nodes.end(),
                                     [](const AccessibleNode &node) { return node.is("focused"); });
@@ -52,6 +60,23 @@ const AccessibleNode *AccessibleTree::row(std::uint16_t port) const {
 bool AccessibleTree::isPanelOpen() const {
     const AccessibleNode *panel = shown("frame", "Tarnvale");
     return panel != nullptr && panel->is("active");
+}
+
+/// Its title is the page's, but the panel's never is.
+const AccessibleNode *AccessibleTree::window() const {
+    const AccessibleNode *frame = nullptr;
+    for (const AccessibleNode &node : nodes) {
+        if (node.role == "frame" && node.is("showing"))
+            frame = &node;
+        else if (frame != nullptr && node.name.starts_with("Refresh now") && node.is("showing"))
+            return frame;
+    }
+    return nullptr;
+}
+
+bool AccessibleTree::isWindowOpen(std::string_view page) const {
+    const AccessibleNode *const frame = window();
+    return frame != nullptr && frame->is("active") && frame->name == page;
 }
 
 std::string AccessibleTree::text() const {

@@ -14,6 +14,7 @@ namespace tarnvale {
 struct AccessibleNode {
     std::string role;
     std::string name;
+    std::string text;             ///< of what holds lines of text, the last ones of a long text
     std::set<std::string> states; ///< as at-spi names them, "focused" for one
     int x = 0;                    ///< of the screen, in pixels, like the rest
     int y = 0;
@@ -30,6 +31,9 @@ struct AccessibleTree {
     /// The first that is on the screen, has this role and has these words in its name; null when none does.
     [[nodiscard]] const AccessibleNode *shown(std::string_view role, std::string_view words = {}) const;
 
+    /// The same, be it scrolled out of sight.
+    [[nodiscard]] const AccessibleNode *present(std::string_view role, std::string_view words = {}) const;
+
     [[nodiscard]] std::size_t countShown(std::string_view role) const;
 
     /// What has the keyboard; null when nothing does.
@@ -40,6 +44,12 @@ struct AccessibleTree {
 
     /// The panel is on the screen and has the keyboard.
     [[nodiscard]] bool isPanelOpen() const;
+
+    /// The main window's frame, while it is on the screen; null while it isn't.
+    [[nodiscard]] const AccessibleNode *window() const;
+
+    /// It has the keyboard and shows the page of this title.
+    [[nodiscard]] bool isWindowOpen(std::string_view page) const;
 
     /// All of it, for the message of a test that fails.
     [[nodiscard]] std::string text() const;

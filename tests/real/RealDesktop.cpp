@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -22,11 +23,11 @@ struct Freed {
     void operator()(void *reply) const { std::free(reply); }
 };
 template<typename Reply> using Owned = std::unique_ptr<Reply, Freed>;
+using Connection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
 
 bool hasCompositor(const std::string &display) {
     constexpr std::string_view selection = "_NET_WM_CM_S0";
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(display.c_str(), nullptr), xcb_disconnect);
+    const Connection connection(xcb_connect(display.c_str(), nullptr), xcb_disconnect);
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         connection.get(), xcb_intern_atom(connection.get(), 0, selection.size(), selection.data()), nullptr));
     if (!atom)
@@ -38,7 +39,7 @@ bool hasCompositor(const std::string &display) {
 
 } // namespace
 
-RealDesktop::RealDesktop() : m_problem(findProblem()) {
+RealDesktop::RealDesktop(const std::string &size) : display(size), m_problem(findProblem()) {
     if (!m_problem.empty())
         return;
     for (const char *name : {"config", "state", "run", "home"})
@@ -137,6 +138,29 @@ void RealDesktop::click(const AccessibleNode &node) const {
     click(node.x + node.width / 2, node.y + node.height / 2);
 }
 
+void RealDesktop::scroll(int x, int y, int clicks) const {
+    static_cast<void>(
+        run({"/usr/bin/xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "--delay", "15",
+             "--repeat", std::to_string(std::abs(clicks)), clicks < 0 ? "4" : "5"}));
+}
+
+std::optional<std::uint32_t> RealDesktop::pixel(int x, int y) const {
+    const Connection connection(xcb_connect(display.name().c_str(), nullptr), xcb_disconnect);
+    if (xcb_connection_has_error(connection.get()) != 0)
+        return std::nullopt;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+    const Owned<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+        connection.get(),
+        xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, root, static_cast<std::int16_t>(x),
+                      static_cast<std::int16_t>(y), 1, 1, ~0U),
+        nullptr));
+    std::uint32_t value = 0;
+    if (!reply || xcb_get_image_data_length(reply.get()) < static_cast<int>(sizeof value))
+        return std::nullopt;
+    std::copy_n(xcb_get_image_data(reply.get()), sizeof value, reinterpret_cast<std::uint8_t *>(&value));
+    return value & 0xFFFFFF;
+}
+
 bool RealDesktop::shows(const std::function<bool(const AccessibleTree &)> &condition,
                         std::chrono::milliseconds timeout) {
     const auto holds = [&] {
@@ -164,6 +188,14 @@ bool RealDesktop::isPanelClosed() {
     return shows([](const AccessibleTree &tree) {
         return !tree.nodes.empty() && tree.shown("frame", "Tarnvale") == nullptr;
     });
+}
+
+bool RealDesktop::isWindowOpen(const std::string &page) {
+    return shows([&](const AccessibleTree &tree) { return tree.isWindowOpen(page); });
+}
+
+bool RealDesktop::isWindowClosed() {
+    return shows([](const AccessibleTree &tree) { return !tree.nodes.empty() && tree.window() == nullptr; });
 }
 
 } // namespace tarnvale

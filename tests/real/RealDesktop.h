@@ -7,18 +7,21 @@
 #include "support/TestProcess.h"
 #include "support/runProgram.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace tarnvale {
 
-/// A desktop of a test's own: an X server of 800 by 600 with a window manager, a session bus, what screen
-/// readers need, and a home.
+/// A desktop of a test's own: an X server with a window manager, a session bus, what screen readers need, and
+/// a home.
 class RealDesktop {
 public:
-    RealDesktop();
+    /// `size` of its screen is as in "800x600".
+    explicit RealDesktop(const std::string &size = "800x600");
     RealDesktop(const RealDesktop &) = delete;
     RealDesktop &operator=(const RealDesktop &) = delete;
     ~RealDesktop();
@@ -44,12 +47,20 @@ public:
     /// A click of the left button.
     void click(int x, int y) const;
     void click(const AccessibleNode &node) const;
+    /// Turns the wheel down, or up with a negative number, with the pointer at this place.
+    void scroll(int x, int y, int clicks) const;
+
+    /// The colour of one pixel of the screen, as 0xRRGGBB; nothing when it can't be read.
+    [[nodiscard]] std::optional<std::uint32_t> pixel(int x, int y) const;
 
     /// Waits until the application looks like this to a screen reader; whether it came to.
     [[nodiscard]] bool shows(const std::function<bool(const AccessibleTree &)> &condition,
                              std::chrono::milliseconds timeout = std::chrono::seconds(20));
     [[nodiscard]] bool isPanelOpen();
     [[nodiscard]] bool isPanelClosed();
+    /// The main window has the keyboard and shows the page of this title.
+    [[nodiscard]] bool isWindowOpen(const std::string &page);
+    [[nodiscard]] bool isWindowClosed();
 
     /// What was read last.
     [[nodiscard]] const AccessibleTree &tree() const { return m_tree; }

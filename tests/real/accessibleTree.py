@@ -16,11 +16,21 @@ def extents(node):
     return [box.x, box.y, box.width, box.height]
 
 
+def lines(node):
+    if node.getRole() != pyatspi.ROLE_TEXT:
+        return ""
+    try:
+        return node.queryText().getText(0, -1)[-4000:]
+    except NotImplementedError:
+        return ""
+
+
 def walk(node):
     states = [pyatspi.stateToString(state) for state in node.getState().getStates()]
     yield {
         "role": node.getRoleName(),
         "name": node.name,
+        "text": lines(node),
         "states": sorted(states),
         "box": extents(node),
     }

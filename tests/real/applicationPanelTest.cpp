@@ -126,16 +126,6 @@ TEST_F(ApplicationPanelTest, withoutATrayItOpensByItselfAtLast) {
         << state();
 }
 
-TEST_F(ApplicationPanelTest, aSecondStartOpensItAndEnds) {
-    ASSERT_TRUE(startApplication()) << state();
-    for (int start = 0; start < 2; ++start) { // an open one stays open
-        const ProgramRun second = startAgain();
-        EXPECT_EQ(second.status, 0) << second.error;
-        EXPECT_TRUE(desktop.isPanelOpen()) << state();
-    }
-    EXPECT_TRUE(application->isRunning());
-}
-
 TEST_F(ApplicationPanelTest, desktopsOpenItByItsAction) {
     if (!std::filesystem::exists("/usr/bin/gapplication"))
         GTEST_SKIP() << "gapplication isn't installed";

@@ -15,9 +15,14 @@ namespace tarnvale {
 /// The whole application on a desktop that has a tray, with real keys and clicks.
 class ApplicationTest : public testing::Test {
 protected:
+    explicit ApplicationTest(const std::string &screen = "800x600") : desktop(screen) {}
+
+    /// The window stays away from what is about the panel.
     void SetUp() override {
         if (!desktop.problem().empty())
             GTEST_SKIP() << desktop.problem();
+        ASSERT_TRUE(settings().setFlag("showWindowAtLaunch", false));
+        ASSERT_TRUE(settings().setFlag("hasSeenWelcome", true));
         tray = std::make_unique<FakeWatcher>(desktop.bus.connect());
     }
 

@@ -5,8 +5,8 @@
 
 namespace tarnvale {
 
-/// The desktop's leave to come to the front (xdg-activation), in force for the windows that are shown while this
-/// object lives: Qt takes it from the environment. An empty one changes nothing.
+/// The desktop's leave to come to the front (xdg-activation), in force for the windows that are shown while
+/// this object lives: Qt takes it from the environment. An empty one changes nothing.
 class ActivationToken {
 public:
     explicit ActivationToken(const QString &token) : m_isGiven(!token.isEmpty()) {

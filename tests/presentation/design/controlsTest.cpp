@@ -59,9 +59,8 @@ TEST(Controls, aSwitchAsksForTheOtherStateAndKeepsItsOwn) {
 }
 
 TEST(Controls, aFieldTellsWhatIsTypedAndWhenItIsDone) {
-    QmlPage page(tarnvale::page(
-        "TextField { objectName: 'part'; prompt: '/'; "
-        "onEdited: text => root.told = text; onAccepted: ++root.times }"));
+    QmlPage page(tarnvale::page("TextField { objectName: 'part'; prompt: '/'; "
+                                "onEdited: text => root.told = text; onAccepted: ++root.times }"));
     ASSERT_EQ(page.warnings(), "");
     QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*page.find("part")));
     QTest::keyClick(&page.window(), Qt::Key_U);
