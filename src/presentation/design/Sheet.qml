@@ -18,6 +18,7 @@ FocusScope {
     signal dismissed
 
     property Item before: null // what had the keyboard
+    property Item fallback: null // what gets it when that can't have it back
 
     visible: isOpen || opacity > 0
     opacity: isOpen ? 1 : 0
@@ -27,12 +28,18 @@ FocusScope {
     onIsOpenChanged: {
         if (isOpen)
             takeFocus();
-        else if (activeFocus && before)
-            before.forceActiveFocus();
+        else if (activeFocus)
+            giveFocusBack();
     }
     Component.onCompleted: if (isOpen) Qt.callLater(takeFocus)
     Keys.onEscapePressed: root.dismissed()
 
+    // What had it may be out of sight by now.
+    function giveFocusBack(): void {
+        const next = before && before.visible ? before : fallback;
+        if (next)
+            next.forceActiveFocus();
+    }
     function takeFocus(): void {
         before = Window.activeFocusItem;
         forceActiveFocus();

@@ -163,6 +163,7 @@ Rectangle {
         anchors.fill: parent
         title: qsTr("Command Palette")
         isOpen: root.view.isPaletteShown
+        fallback: pages
         topMargin: 70
         wash: Theme.paletteWash
         closesOnWash: true

@@ -1,14 +1,17 @@
 #include "presentation/window/MainWindow.h"
 
+#include "presentation/design/Appearance.h"
 #include "presentation/design/makeContent.h"
 
 #include <QCloseEvent>
+
+#include <algorithm>
 
 namespace tarnvale {
 
 MainWindow::MainWindow(QQmlEngine &engine, const QVariantMap &controllers)
     : m_content(makeContent(engine, QStringLiteral("Tarnvale/Window/MainView.qml"), controllers)) {
-    setMinimumSize(leastSize);
+    setMinimumSize(leastSize());
     m_content->setParentItem(contentItem());
     for (const auto changed : {&QWindow::widthChanged, &QWindow::heightChanged}) {
         connect(this, changed, this, &MainWindow::fitContent);
@@ -20,6 +23,11 @@ MainWindow::MainWindow(QQmlEngine &engine, const QVariantMap &controllers)
 }
 
 MainWindow::~MainWindow() = default;
+
+QSize MainWindow::leastSize() {
+    constexpr QSize least(800, 560);
+    return least * std::max(1.0, Appearance::instance().textScale());
+}
 
 void MainWindow::fitContent() {
     m_content->setSize(QSizeF(size()));

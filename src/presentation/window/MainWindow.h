@@ -13,8 +13,8 @@ class MainWindow : public QQuickWindow {
     Q_OBJECT
 
 public:
-    /// The least that its content needs, in logical pixels.
-    static constexpr QSize leastSize{800, 560};
+    /// The least that its content needs, in logical pixels; more where the desktop's text is larger.
+    [[nodiscard]] static QSize leastSize();
 
     /// `controllers` are the properties that the content requires. All outlive this window.
     MainWindow(QQmlEngine &engine, const QVariantMap &controllers);

@@ -108,7 +108,7 @@ void MainWindowController::makeWindow() {
                               {QStringLiteral("welcome"), QVariant::fromValue(&m_welcome)}});
     m_window->setTitle(m_view.title());
     const auto stored = windowPlaceFromJson(m_platform.settings.bytes(placeKey).value_or(""));
-    m_place = {frameFor(stored, preferredSize, MainWindow::leastSize, freeParts()),
+    m_place = {frameFor(stored, preferredSize, MainWindow::leastSize(), freeParts()),
                stored && stored->isMaximized};
     m_window->setGeometry(m_place.frame);
     connect(m_window.get(), &MainWindow::closed, this, &MainWindowController::handleClosed);

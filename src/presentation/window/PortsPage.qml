@@ -32,7 +32,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         anchors.rightMargin: root.showsInspector ? 0 : -width
-        width: Math.max(280 * WindowMetrics.scale, Math.min(WindowMetrics.inspector, root.width * 0.46))
+        width: Math.max(280 * WindowMetrics.scale, Math.min(Math.max(WindowMetrics.inspector, root.width * 0.25), WindowMetrics.widestInspector, root.width * 0.46))
         visible: anchors.rightMargin > -width
         color: Theme.inspector
 

@@ -15,6 +15,7 @@ QtObject {
     readonly property int thumbWidth: Math.round(58 * scale)
     readonly property int thumbHeight: Math.round(36 * scale)
     readonly property int inspector: Math.round(328 * scale)
+    readonly property int widestInspector: Math.round(420 * scale)
     readonly property int headTile: Math.round(44 * scale)
     readonly property int healthDot: 9
     readonly property int healthDotOverhang: 3
