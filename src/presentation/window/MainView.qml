@@ -67,6 +67,7 @@ Rectangle {
             width: WindowMetrics.sidebar
             visible: anchors.leftMargin > -width
             view: root.view
+            onPageChosen: pages.forceActiveFocus()
 
             Behavior on anchors.leftMargin {
                 NumberAnimation {
@@ -87,6 +88,7 @@ Rectangle {
                 anchors.right: parent.right
                 height: WindowMetrics.toolbar
                 view: root.view
+                onSearchLeft: pages.forceActiveFocus()
             }
             FocusScope { // a page that comes takes the keyboard from the last page alone
                 id: pages

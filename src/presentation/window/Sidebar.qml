@@ -8,6 +8,8 @@ Rectangle {
 
     required property MainViewController view
 
+    signal pageChosen // by the pointer: what comes next is for the page
+
     color: Theme.sidebar
 
     function step(by: int): void {
@@ -41,7 +43,10 @@ Rectangle {
             width: list.width - 2 * Theme.space10
             isCurrent: root.view.selection === itemKey
             hasFocus: isCurrent && list.activeFocus
-            onChosen: root.view.navigate(itemKey)
+            onChosen: {
+                root.view.navigate(itemKey);
+                root.pageChosen();
+            }
         }
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Sections")

@@ -10,6 +10,8 @@ Rectangle {
     required property MainViewController view
     readonly property bool isSearching: search.input.activeFocus
 
+    signal searchLeft // towards the page
+
     function focusSearch(): void {
         search.input.forceActiveFocus();
         search.input.selectAll();
@@ -71,9 +73,10 @@ Rectangle {
             if (root.view.query !== "")
                 root.view.query = "";
             else
-                search.input.focus = false;
+                root.searchLeft();
         }
-        input.Keys.onDownPressed: search.input.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        input.Keys.onDownPressed: root.searchLeft()
+        input.Keys.onReturnPressed: root.searchLeft()
     }
     Connections {
         target: root.view
