@@ -1,12 +1,14 @@
 // What the application costs its user, one measure a run; prints one line of whole numbers in microseconds.
 //
-//   benchmark-panel start EXECUTABLE     from the start of the process to its icon in the tray
-//   benchmark-panel hotkey ROUNDS        from the press of Alt+Super+P to the panel's first pixels; the
-//   application runs benchmark-panel scroll ROWS          the slowest and the middle frame while a list of
-//   that many rows is scrolled
+//   benchmark-panel start EXECUTABLE   from the start of the process to its icon in the tray
+//   benchmark-panel hotkey ROUNDS      from the press of Alt+Super+P to the panel's first pixels; the
+//                                      application runs
+//   benchmark-panel scroll ROWS        the slowest and the middle frame while a list of that many rows is
+//                                      scrolled
 
 #include "ListMachine.h"
 #include "NoPlatform.h"
+#include "XUser.h"
 
 #include "commands/hotkey/CommandBinding.h"
 #include "presentation/panel/MenuBarController.h"
@@ -24,12 +26,7 @@
 #include <QQuickItem>
 #include <QTimer>
 
-#include <xcb/xcb.h>
-#include <xcb/xtest.h>
-
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <unistd.h>
 
@@ -37,17 +34,6 @@ namespace tarnvale {
 namespace {
 
 using namespace std::chrono_literals;
-
-[[noreturn]] void fail(const char *reason) {
-    std::fprintf(stderr, "benchmark-panel: %s\n", reason);
-    std::exit(1);
-}
-
-void print(const std::vector<qint64> &numbers) {
-    for (const qint64 number : numbers)
-        std::printf("%lld ", static_cast<long long>(number));
-    std::printf("\n");
-}
 
 qint64 microseconds(const QElapsedTimer &timer) {
     return timer.nsecsElapsed() / 1000;
@@ -100,47 +86,15 @@ int measureStart(const QString &executable) {
     return 0;
 }
 
-/// The keyboard and the screen of an X server, as a user has them.
-class XUser {
-public:
-    XUser() : m_connection(xcb_connect(nullptr, nullptr)) {
-        if (xcb_connection_has_error(m_connection) != 0)
-            fail("there is no X server");
-        m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-    }
-    XUser(const XUser &) = delete;
-    XUser &operator=(const XUser &) = delete;
-    ~XUser() { xcb_disconnect(m_connection); }
-
-    void key(std::uint8_t code, bool isPress) {
-        xcb_test_fake_input(m_connection, isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, 0, m_screen->root,
-                            0, 0, 0);
-        xcb_flush(m_connection);
-    }
-
-    /// The pixel near the top right corner, where the panel is.
-    [[nodiscard]] std::uint32_t pixel() {
-        const auto asked =
-            xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_screen->root,
-                          static_cast<std::int16_t>(m_screen->width_in_pixels - 200), 30, 1, 1, ~0U);
-        const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-            xcb_get_image_reply(m_connection, asked, nullptr), &std::free);
-        if (!reply || xcb_get_image_data_length(reply.get()) < 4)
-            fail("the screen can't be read");
-        std::uint32_t value = 0;
-        std::copy_n(xcb_get_image_data(reply.get()), sizeof value, reinterpret_cast<std::uint8_t *>(&value));
-        return value & 0xFFFFFF;
-    }
-
-private:
-    xcb_connection_t *m_connection;
-    xcb_screen_t *m_screen;
-};
+/// The colour near the top right corner, where the panel is.
+std::uint32_t cornerOf(XUser &user) {
+    return user.pixel(user.width() - 200, 30);
+}
 
 void waitForPixel(XUser &user, std::uint32_t ground, bool isGround) {
     QElapsedTimer timer;
     timer.start();
-    while ((user.pixel() == ground) != isGround) {
+    while ((cornerOf(user) == ground) != isGround) {
         if (timer.elapsed() > 5000)
             fail(isGround ? "the panel didn't go" : "the panel didn't come");
         usleep(500);
@@ -153,8 +107,8 @@ int measureHotKey(int rounds) {
     constexpr std::uint8_t p = 33;
     constexpr int rest = 400'000; // microseconds; the panel doesn't open right after it closed
     XUser user;
-    const std::uint32_t ground = user.pixel();
-    std::vector<qint64> times;
+    const std::uint32_t ground = cornerOf(user);
+    std::vector<std::int64_t> times;
     for (int round = 0; round < rounds; ++round) {
         for (const std::uint8_t held : {alt, super})
             user.key(held, true);
@@ -209,7 +163,7 @@ int measureScroll(int rows) {
     QQuickItem *list = findList(window.contentItem());
     if (list == nullptr)
         fail("there is no list");
-    std::vector<qint64> times;
+    std::vector<std::int64_t> times;
     const double end = list->property("contentHeight").toDouble() - list->height();
     constexpr double step = 40;
     for (double y = 0; y < end; y += step) {

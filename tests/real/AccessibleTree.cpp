@@ -41,8 +41,10 @@ std::size_t AccessibleTree::countShown(std::string_view role) const {
 }
 
 const AccessibleNode *AccessibleTree::present(std::string_view role, std::string_view words) const {
+    if (const AccessibleNode *const node = shown(role, words))
+        return node;
     const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const AccessibleNode &node) {
-        return node.role == role && node.is("visible") && node.name.find(words) != std::string::npos;
+        return node.role == role && node.name.find(words) != std::string::npos;
     });
     return found == nodes.end() ? nullptr : &*found;
 }

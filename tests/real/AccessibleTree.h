@@ -31,7 +31,7 @@ struct AccessibleTree {
     /// The first that is on the screen, has this role and has these words in its name; null when none does.
     [[nodiscard]] const AccessibleNode *shown(std::string_view role, std::string_view words = {}) const;
 
-    /// The same, be it scrolled out of sight.
+    /// The same, or else the first that isn't on the screen: scrolled out of sight, or hidden.
     [[nodiscard]] const AccessibleNode *present(std::string_view role, std::string_view words = {}) const;
 
     [[nodiscard]] std::size_t countShown(std::string_view role) const;

@@ -183,8 +183,10 @@ TEST_F(ApplicationListTest, theTabKeyReachesEveryControlInOrder) {
     desktop.press({"shift+Tab"});
     EXPECT_TRUE(hasFocus("Open with")) << state();
     desktop.press({"shift+Tab"});
+    EXPECT_TRUE(hasFocus("Open Tarnvale Window")) << state();
+    desktop.press({"shift+Tab"});
     EXPECT_TRUE(hasFocus("Settings")) << state();
-    desktop.press({"Tab", "Tab"});
+    desktop.press({"Tab", "Tab", "Tab"});
     EXPECT_TRUE(hasFocus("Search ports")) << state();
     desktop.press({"Tab"});
     EXPECT_TRUE(hasFocus("All")) << state();

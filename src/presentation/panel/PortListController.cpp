@@ -217,7 +217,6 @@ std::function<void()> PortListController::actionOfKey(int key, Qt::KeyboardModif
 
 bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
     const auto all = Qt::KeyboardModifiers::fromInt(static_cast<unsigned>(modifiers));
-    const auto held = all & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     if (key == Qt::Key_Escape) {
         if (m_query.isEmpty())
             Q_EMIT closeRequested();
@@ -225,17 +224,11 @@ bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
             setQuery({});
         return true;
     }
-    if ((key == Qt::Key_Down || key == Qt::Key_Up) && !held) {
-        moveSelection(key == Qt::Key_Down ? 1 : -1);
-        return rowCount() > 0;
-    }
+    if (const auto isDone = handleRowKey(key, all))
+        return *isDone;
     const RowEntry *const row = entry(selection());
     if (row == nullptr)
         return false;
-    if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && held == Qt::ControlModifier) {
-        stopInTwoSteps(selection());
-        return true;
-    }
     const auto act = actionOfKey(key, all, *row);
     if (act && !isRepeat)
         act();

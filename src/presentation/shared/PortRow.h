@@ -20,6 +20,8 @@ struct PortFacts {
     std::optional<Health> health;
     bool isWatched = false;
     std::optional<std::string> publicUrl; ///< where a tunnel makes it public
+
+    bool operator==(const PortFacts &) const = default;
 };
 
 /// A row of a list of ports, in words and pictures, ready to be shown. All texts are plain.

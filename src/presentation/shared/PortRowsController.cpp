@@ -56,10 +56,11 @@ void PortRowsController::showSections(std::vector<RowSection> sections) {
         m_sections.append(title(section.group));
         m_sectionCounts.append(static_cast<int>(section.rows.size()));
         for (RowEntry &entry : section.rows) {
-            rows.push_back(portRow(entry, section.group, factsOf(m_store, entry.port), now, names));
+            rows.push_back(m_built.row(entry, section.group, factsOf(m_store, entry.port), now, names));
             m_entries.push_back(std::move(entry));
         }
     }
+    m_built.age(now);
     m_rows.setRows(std::move(rows));
     Q_EMIT rowsChanged();
     if (selected != selectedIndex())
@@ -111,6 +112,20 @@ void PortRowsController::moveSelection(int step) {
     const int present = selectedIndex();
     const int next = present < 0 ? (step > 0 ? 0 : last) : std::clamp(present + step, 0, last);
     setSelection(QString::fromStdString(m_entries[static_cast<std::size_t>(next)].id()));
+}
+
+std::optional<bool> PortRowsController::handleRowKey(int key, Qt::KeyboardModifiers modifiers) {
+    const auto held = modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    if ((key == Qt::Key_Down || key == Qt::Key_Up) && !held) {
+        moveSelection(key == Qt::Key_Down ? 1 : -1);
+        return rowCount() > 0;
+    }
+    if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && held == Qt::ControlModifier &&
+        entry(selection()) != nullptr) {
+        stopInTwoSteps(selection());
+        return true;
+    }
+    return std::nullopt;
 }
 
 void PortRowsController::openInBrowser(const QString &rowId) {

@@ -5,6 +5,7 @@
 #include "presentation/groupedRows.h"
 #include "presentation/shared/KeyedListModel.h"
 #include "presentation/shared/PortRow.h"
+#include "presentation/shared/PortRowCache.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -13,6 +14,7 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
 #include <vector>
 
 namespace tarnvale {
@@ -92,6 +94,9 @@ protected:
     /// Both outlive this object.
     PortRowsController(PortStore &store, const Platform &platform);
 
+    /// What both lists do at a key: the arrows walk, Ctrl+Delete stops in two steps. Nothing where the key
+    /// is another one; else whether it did anything.
+    [[nodiscard]] std::optional<bool> handleRowKey(int key, Qt::KeyboardModifiers modifiers);
     /// Shows these from now on.
     void showSections(std::vector<RowSection> sections);
     void setArmedKill(const QString &rowId);
@@ -106,6 +111,7 @@ private:
     PortStore &m_store;
     Platform m_platform;
     KeyedListModel<PortRow> m_rows;
+    PortRowCache m_built;
     std::vector<RowEntry> m_entries;
     QStringList m_sections;
     QList<int> m_sectionCounts;

@@ -50,17 +50,11 @@ void PortsController::toggleInspector() {
 bool PortsController::handleKey(int key, int modifiers, bool isRepeat) {
     const auto all = Qt::KeyboardModifiers::fromInt(static_cast<unsigned>(modifiers));
     const auto held = all & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-    if ((key == Qt::Key_Down || key == Qt::Key_Up) && !held) {
-        moveSelection(key == Qt::Key_Down ? 1 : -1);
-        return rowCount() > 0;
-    }
+    if (const auto isDone = handleRowKey(key, all))
+        return *isDone;
     const RowEntry *const row = entry(selection());
     if (row == nullptr)
         return false;
-    if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && held == Qt::ControlModifier) {
-        stopInTwoSteps(selection());
-        return true;
-    }
     const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (key == Qt::Key_Menu || (key == Qt::Key_F10 && all & Qt::ShiftModifier)) {
         if (!isRepeat)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "presentation/shared/Screen.h"
 #include "presentation/update/UpdateWindow.h"
 #include "support/FakePlatform.h"
 #include "support/TemporaryFolder.h"
@@ -9,9 +10,6 @@
 #include "updates/UpdateChecker.h"
 
 #include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QStringList>
 
 #include <memory>
 #include <string>
@@ -19,13 +17,13 @@
 
 namespace tarnvale {
 
-/// The real window of updates over a source whose answers the test gives, and every warning that comes of it.
-class UpdateScene {
+/// The real window of updates over a source whose answers the test gives, without motion.
+class UpdateScene final : public Screen {
 public:
     explicit UpdateScene(bool isDark = false);
     UpdateScene(const UpdateScene &) = delete;
     UpdateScene &operator=(const UpdateScene &) = delete;
-    ~UpdateScene();
+    ~UpdateScene() override;
 
     /// What the feed offers; its file is `content`, signed as it should be.
     [[nodiscard]] FeedItemText item() const;
@@ -33,21 +31,13 @@ public:
     void check();
     void answer(const FeedItemText &offered);
     void deliver(const std::string &bytes);
-    /// Lets the window lay out and draw what it shows.
-    QImage draw();
 
-    /// The visible parts of that QML type.
-    [[nodiscard]] std::vector<QQuickItem *> findAll(const char *type) const;
     /// The titles of the buttons that can be seen, from the left.
     [[nodiscard]] std::vector<std::string> buttons() const;
-    /// All visible texts.
-    [[nodiscard]] QStringList texts() const;
     /// That of the part that has the keyboard.
     [[nodiscard]] std::string focusedTitle() const;
+    /// Clicks the button of that title.
     void click(const char *title);
-    void press(Qt::Key code, Qt::KeyboardModifiers modifiers = {});
-
-    [[nodiscard]] std::string warnings() const { return m_warnings.join(QLatin1Char('\n')).toStdString(); }
 
     FakePlatform platform;
     TemporaryFolder folder;
@@ -59,8 +49,7 @@ public:
     std::unique_ptr<UpdateWindow> window;
 
 private:
-    QStringList m_warnings;
-    QtMessageHandler m_earlier = nullptr;
+    [[nodiscard]] QQuickWindow *shownWindow() const override { return window->window(); }
 };
 
 } // namespace tarnvale
