@@ -17,11 +17,8 @@ constexpr std::size_t longestLine = 2000; // characters
 
 class LogHighlighter : public QSyntaxHighlighter {
 public:
-    LogHighlighter(QTextDocument *document, QColor ink, QColor warning, QColor error)
-        : QSyntaxHighlighter(document),
-          m_ink(std::move(ink)),
-          m_warning(std::move(warning)),
-          m_error(std::move(error)) {}
+    LogHighlighter(QTextDocument *document, const QColor &ink, const QColor &warning, const QColor &error)
+        : QSyntaxHighlighter(document), m_ink(ink), m_warning(warning), m_error(error) {}
 
 protected:
     void highlightBlock(const QString &text) override {
