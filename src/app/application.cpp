@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -73,6 +74,8 @@ int run(int argc, char **argv) {
     nameApplication();
     QLoggingCategory::setFilterRules(QStringLiteral("hotkey.info=false")); // QT_LOGGING_RULES may want them
     QApplication application(argc, argv);
+    QGuiApplication::setWindowIcon(
+        QIcon(QStringLiteral(":/icons/dev.tarnvale.Tarnvale.svg"))); // wherever it runs from
     installWords();
     const auto options = parseStartOptions(QCoreApplication::arguments().mid(1));
     if (!options) {
