@@ -6,17 +6,12 @@ namespace tarnvale {
 
 QmlPage::QmlPage(const std::string &body) {
     registerDesign(engine());
-    engine().setOutputWarningsToStandardError(false);
-    QObject::connect(&engine(), &QQmlEngine::warnings, &m_view, [this](const QList<QQmlError> &errors) {
-        for (const QQmlError &error : errors)
-            m_warnings << error.toString();
-    });
     m_component = std::make_unique<QQmlComponent>(&engine());
     m_component->setData(QByteArray::fromStdString("import QtQuick\nimport Tarnvale.Design\n" + body),
                          QUrl(QStringLiteral("qrc:/page.qml")));
     QObject *root = m_component->create();
     if (root == nullptr) {
-        m_warnings << m_component->errorString();
+        m_warnings.add(m_component->errorString());
         return;
     }
     m_view.setContent(QUrl(), m_component.get(), root);
@@ -35,10 +30,6 @@ QQuickItem *QmlPage::find(const char *objectName) const {
 QVariant QmlPage::theme(const char *name) {
     const QObject *theme = designTheme(engine());
     return theme == nullptr ? QVariant() : theme->property(name);
-}
-
-std::string QmlPage::warnings() const {
-    return m_warnings.join(QLatin1Char('\n')).toStdString();
 }
 
 } // namespace tarnvale

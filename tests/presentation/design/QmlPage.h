@@ -1,17 +1,18 @@
 #pragma once
 
+#include "presentation/shared/QmlWarnings.h"
+
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QStringList>
 
 #include <memory>
 #include <string>
 
 namespace tarnvale {
 
-/// A window with one part of the design in it, and every warning that QML gives.
+/// A window with one part of the design in it, and every warning that comes of it.
 class QmlPage {
 public:
     /// `body` is what follows the imports.
@@ -29,12 +30,12 @@ public:
     [[nodiscard]] QVariant theme(const char *name);
 
     /// What went wrong so far, one a line; empty when all is well.
-    [[nodiscard]] std::string warnings() const;
+    [[nodiscard]] std::string warnings() const { return m_warnings.text(); }
 
 private:
+    QmlWarnings m_warnings;
     QQuickView m_view;
     std::unique_ptr<QQmlComponent> m_component;
-    QStringList m_warnings;
 };
 
 } // namespace tarnvale

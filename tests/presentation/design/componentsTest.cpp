@@ -2,6 +2,7 @@
 
 #include "presentation/design/Appearance.h"
 #include "presentation/design/ToolTips.h"
+#include "presentation/shared/screenItems.h"
 
 #include <QAccessible>
 #include <QImage>
@@ -13,10 +14,6 @@ void qml_register_types_Tarnvale_Gallery(); // NOLINT(readability-identifier-nam
 
 namespace tarnvale {
 namespace {
-
-QPoint middleOf(const QQuickItem &item) {
-    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
-}
 
 QAccessibleInterface *accessible(QQuickItem *item) {
     return QAccessible::queryAccessibleInterface(item);
@@ -63,7 +60,7 @@ TEST(Components, aButtonIsPressedByPointerAndKeyboardAndScreenReader) {
                      "onActivated: ++root.times }"));
     ASSERT_EQ(page.warnings(), "");
     QQuickItem *part = page.find("part");
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*part));
+    clickOn(page.window(), *part);
     EXPECT_EQ(page.root()->property("times"), 1);
     part->forceActiveFocus(Qt::TabFocusReason);
     QTest::keyClick(&page.window(), Qt::Key_Space);
@@ -80,7 +77,7 @@ TEST(Components, aDisabledButtonDoesNothing) {
     QmlPage page(
         countingPage("IconButton { objectName: 'part'; title: 'Go'; systemImage: 'globe'; enabled: false; "
                      "onActivated: ++root.times }"));
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*page.find("part")));
+    clickOn(page.window(), *page.find("part"));
     QMetaObject::invokeMethod(page.find("part"), "activate");
     EXPECT_EQ(page.root()->property("times"), 0);
 }

@@ -1,6 +1,7 @@
 // Push buttons, switches, fields and sheets under pointer, keyboard and screen reader.
 
 #include "presentation/design/QmlPage.h"
+#include "presentation/shared/screenItems.h"
 
 #include <QAccessible>
 #include <QTest>
@@ -9,10 +10,6 @@
 
 namespace tarnvale {
 namespace {
-
-QPoint middleOf(const QQuickItem &item) {
-    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
-}
 
 std::string page(const std::string &part) {
     return "Item { id: root; width: 400; height: 300; property int times: 0; property string told\n" + part +
@@ -24,7 +21,7 @@ TEST(Controls, aPushButtonIsPressedByPointerAndKeys) {
                                 "kind: 'prominent'; onActivated: ++root.times }"));
     ASSERT_EQ(page.warnings(), "");
     QQuickItem *const part = page.find("part");
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*part));
+    clickOn(page.window(), *part);
     part->forceActiveFocus(Qt::TabFocusReason);
     QTest::keyClick(&page.window(), Qt::Key_Return);
     EXPECT_EQ(page.root()->property("times"), 2);
@@ -47,7 +44,7 @@ TEST(Controls, aSwitchAsksForTheOtherStateAndKeepsItsOwn) {
                                     "onToggled: checked => root.told += checked + ' ' }"));
         ASSERT_EQ(page.warnings(), "");
         QQuickItem *const part = page.find("part");
-        QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*part));
+        clickOn(page.window(), *part);
         part->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&page.window(), Qt::Key_Space);
         EXPECT_EQ(page.root()->property("told"), QStringLiteral("false false ")) << kind;
@@ -62,7 +59,7 @@ TEST(Controls, aFieldTellsWhatIsTypedAndWhenItIsDone) {
     QmlPage page(tarnvale::page("TextField { objectName: 'part'; prompt: '/'; "
                                 "onEdited: text => root.told = text; onAccepted: ++root.times }"));
     ASSERT_EQ(page.warnings(), "");
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*page.find("part")));
+    clickOn(page.window(), *page.find("part"));
     QTest::keyClick(&page.window(), Qt::Key_U);
     QTest::keyClick(&page.window(), Qt::Key_P);
     QTest::keyClick(&page.window(), Qt::Key_Return);
@@ -117,11 +114,11 @@ TEST(Sheets, keepTheKeyboardAndGiveItBack) {
 TEST(Sheets, letNoClickThrough) {
     QmlPage page(tarnvale::page(sheetPage));
     page.find("sheet")->setProperty("isOpen", true);
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*page.find("behind")));
+    clickOn(page.window(), *page.find("behind"));
     EXPECT_EQ(page.root()->property("times"), 0);
     EXPECT_EQ(page.find("sheet")->property("isOpen"), true) << "it must be answered";
     page.find("sheet")->setProperty("closesOnWash", true);
-    QTest::mouseClick(&page.window(), Qt::LeftButton, {}, middleOf(*page.find("behind")));
+    clickOn(page.window(), *page.find("behind"));
     EXPECT_EQ(page.find("sheet")->property("isOpen"), false);
 }
 

@@ -34,7 +34,7 @@ constexpr const char *stacksWindow = R"(Item {
 } // namespace
 
 PageScene::PageScene(const std::string &scene, const std::function<void(DemoWorld &)> &prepare, bool isDark)
-    : StoreScreen(scene, {.isDark = isDark}) {
+    : StoreScreen(scene, ScreenLook{.isDark = isDark}) {
     start(prepare);
     store->setWindowVisible(true);
     const Platform platform = world.platform.platform();

@@ -89,7 +89,7 @@ TEST(OverviewScreen, aRightClickAsksForTheMenuAtThePointer) {
     const QQuickItem *card = scene.find("RunningCard");
     scene.click(card, Qt::RightButton);
     ASSERT_THAT(places, SizeIs(1));
-    EXPECT_EQ(places.front().toPoint(), scene.view.mapToGlobal(PageScene::middleOf(*card)));
+    EXPECT_EQ(places.front().toPoint(), scene.view.mapToGlobal(middleOf(*card)));
     EXPECT_THAT(scene.selected, IsEmpty());
 }
 
@@ -142,7 +142,7 @@ TEST(OverviewScreen, theKeyboardScrollsToTheCardItReaches) {
     EXPECT_EQ(grid->property("current").toInt(), 120);
     const QQuickItem *card = scene.view.activeFocusItem();
     ASSERT_NE(card, nullptr);
-    const QRectF seen = card->mapRectToScene(QRectF(0, 0, card->width(), card->height()));
+    const QRectF seen = frameOf(*card);
     EXPECT_GE(seen.top(), 0);
     EXPECT_LE(seen.bottom(), scene.view.height());
 }

@@ -3,6 +3,8 @@
 #include "presentation/design/Appearance.h"
 #include "presentation/palette/PaletteController.h"
 #include "presentation/palette/registerPalette.h"
+#include "presentation/shared/QmlWarnings.h"
+#include "presentation/shared/screenItems.h"
 #include "store/StoreTest.h"
 
 #include <QAccessible>
@@ -28,11 +30,6 @@ protected:
     void SetUp() override {
         Appearance::instance().setOverride(qEnvironmentVariableIsSet("TARNVALE_DARK"), true);
         registerPalette(engine);
-        engine.setOutputWarningsToStandardError(false);
-        QObject::connect(&engine, &QQmlEngine::warnings, [this](const QList<QQmlError> &errors) {
-            for (const QQmlError &error : errors)
-                warnings.push_back(error.toString().toStdString());
-        });
         for (Pid i = 0; i < 20; ++i)
             addServer(100 + i, 3000 + i, "node server.js", "/home/me/shop" + std::to_string(i));
         for (std::int64_t port = 3000; port < 3020; ++port)
@@ -44,7 +41,7 @@ protected:
         show();
     }
     void TearDown() override {
-        EXPECT_THAT(warnings, IsEmpty());
+        EXPECT_EQ(warnings.text(), "");
         delete window.rootObject();
         palette.reset();
         window.releaseResources();
@@ -102,21 +99,11 @@ protected:
         draw();
     }
 
-    static void collect(QQuickItem *item, std::vector<QQuickItem *> &rows) {
-        if (QByteArray(item->metaObject()->className()).startsWith("PaletteRowView") && item->isVisible())
-            rows.push_back(item);
-        const auto children = item->childItems();
-        for (QQuickItem *child : children)
-            collect(child, rows);
-    }
     /// The rows that lie in the list's bounds, from the top on.
     [[nodiscard]] std::vector<QQuickItem *> rows() const {
-        std::vector<QQuickItem *> all;
-        collect(window.rootObject(), all);
-        const QRectF palettes =
-            content()->mapRectToScene(QRectF(0, 0, content()->width(), content()->height()));
-        std::erase_if(all, [&](const QQuickItem *row) {
-            return !palettes.contains(row->mapToScene(QPointF(row->width() / 2, row->height() / 2)));
+        std::vector<QQuickItem *> all = itemsOfType(window.rootObject(), "PaletteRowView");
+        std::erase_if(all, [frame = frameOf(*content())](const QQuickItem *row) {
+            return !frame.contains(frameOf(*row).center());
         });
         std::sort(all.begin(), all.end(),
                   [](const auto *one, const auto *other) { return one->y() < other->y(); });
@@ -141,12 +128,11 @@ protected:
         return window.rootObject()->findChild<QQuickItem *>(QStringLiteral("palette"));
     }
     void click(const QQuickItem *row) {
-        QTest::mouseClick(&window, Qt::LeftButton, {},
-                          row->mapToScene(QPointF(row->width() / 2, row->height() / 2)).toPoint());
+        clickOn(window, *row);
         draw();
     }
 
-    std::vector<std::string> warnings;
+    QmlWarnings warnings;
     std::vector<std::string> done;
     std::unique_ptr<PaletteController> palette;
     QQmlEngine engine;

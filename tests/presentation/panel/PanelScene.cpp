@@ -7,7 +7,8 @@ namespace tarnvale {
 
 using namespace std::chrono_literals;
 
-PanelScene::PanelScene(const std::string &scene, bool isDark) : StoreScreen(scene, {.isDark = isDark}) {
+PanelScene::PanelScene(const std::string &scene, bool isDark)
+    : StoreScreen(scene, ScreenLook{.isDark = isDark}) {
     start();
     registerPanel(engine);
     PanelActions actions;

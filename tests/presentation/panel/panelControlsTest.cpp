@@ -35,7 +35,7 @@ TEST(PanelControls, stopVisibleCountsWhatItWouldStop) {
     EXPECT_EQ(textOf(button, "tip"),
               QStringLiteral(
                   "Stop every dev process shown (services, containers and system processes are skipped)"));
-    scene.click(*button);
+    scene.click(button);
     EXPECT_EQ(textOf(button, "shownTitle"), QStringLiteral("Stop 3?"));
     EXPECT_EQ(textOf(button, "tip"), QStringLiteral("Click again to stop 3 processes"));
     scene.menuBar->list().setQuery(QStringLiteral("5173"));
@@ -51,7 +51,7 @@ TEST(PanelControls, aCopyIsConfirmedOnItsButton) {
     scene.draw();
     const QQuickItem *copy = scene.find("IconButton", QStringLiteral("Copy URL"));
     ASSERT_NE(copy, nullptr);
-    scene.click(*copy);
+    scene.click(copy);
     EXPECT_EQ(scene.world.platform.clipboard.texts, std::vector<std::string>{"http://localhost:5173"});
     EXPECT_EQ(textOf(copy, "title"), QStringLiteral("Copied"));
     scene.pass(1300ms);
@@ -71,8 +71,8 @@ TEST(PanelControls, aRowThatIsNoWebsiteHasNothingToOpen) {
 TEST(PanelControls, aRowIsOpenedWithItsButton) {
     PanelScene scene("few");
     scene.open();
-    scene.hover(PanelScene::middleOf(*scene.find("PortRowView")));
-    scene.click(*scene.find("IconButton", QStringLiteral("Open in Browser")));
+    scene.hover(middleOf(*scene.find("PortRowView")));
+    scene.click(scene.find("IconButton", QStringLiteral("Open in Browser")));
     EXPECT_EQ(scene.world.platform.desktop.opened, std::vector<std::string>{"http://localhost:5173"});
 }
 
@@ -101,7 +101,7 @@ TEST(PanelControls, theSearchCountsWhatItFinds) {
     QTest::keyClick(&scene.menuBar->panel(), Qt::Key_8);
     scene.draw();
     EXPECT_EQ(textOf(field, "countTip"), QStringLiteral("1 listening"));
-    scene.click(*scene.find("IconButton", QStringLiteral("Clear search")));
+    scene.click(scene.find("IconButton", QStringLiteral("Clear search")));
     EXPECT_EQ(scene.menuBar->list().query(), QString());
     EXPECT_EQ(textOf(field, "countTip"), QStringLiteral("3 listening"));
 }
@@ -109,11 +109,11 @@ TEST(PanelControls, theSearchCountsWhatItFinds) {
 TEST(PanelControls, aStackIsStartedAndDeletedAtOneClick) {
     PanelScene scene("full");
     scene.open();
-    scene.click(*scene.find("IconButton", QStringLiteral("Start docs")));
+    scene.click(scene.find("IconButton", QStringLiteral("Start docs")));
     scene.pass(2s);
     EXPECT_EQ(scene.world.platform.launcher.commands(),
               std::vector<std::string>{"python3 -m http.server 8000"});
-    scene.click(*scene.find("IconButton", QStringLiteral("Delete docs")));
+    scene.click(scene.find("IconButton", QStringLiteral("Delete docs")));
     EXPECT_EQ(scene.store->stacks().size(), 1u);
     EXPECT_EQ(scene.findAll("StackRowView").size(), 1u);
 }
@@ -123,7 +123,7 @@ TEST(PanelControls, theHistoryIsClearedAtOneClick) {
     scene.open();
     scene.menuBar->list().setShowRecent(true);
     scene.draw();
-    scene.click(*scene.find("LinkButton", QStringLiteral("Clear")));
+    scene.click(scene.find("LinkButton", QStringLiteral("Clear")));
     EXPECT_TRUE(scene.store->events().empty());
     EXPECT_EQ(scene.find("RecentSection"), nullptr);
 }
@@ -134,7 +134,7 @@ TEST(PanelControls, theChipRecordsAShortcut) {
     const QQuickItem *chip = scene.find("HotKeyChip");
     ASSERT_NE(chip, nullptr);
     EXPECT_EQ(textOf(chip, "title"), QStringLiteral("Open with Alt+Super+P"));
-    scene.click(*chip);
+    scene.click(chip);
     EXPECT_EQ(textOf(chip, "title"), QStringLiteral("Press a shortcut…"));
     constexpr std::uint32_t positionOfK = 45;
     constexpr std::uint32_t keysymOfK = 0x6b;
@@ -151,7 +151,7 @@ TEST(PanelControls, escEndsARecordingAndNotThePanel) {
     PanelScene scene("few");
     scene.open();
     const QQuickItem *chip = scene.find("HotKeyChip");
-    scene.click(*chip);
+    scene.click(chip);
     constexpr std::uint32_t positionOfEsc = 9;
     constexpr std::uint32_t keysymOfEsc = 0xff1b;
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, {}, positionOfEsc, keysymOfEsc, 0);

@@ -96,7 +96,7 @@ TEST(PanelScreens, theLayoutIsMirroredWhereOneReadsFromRightToLeft) {
         showEverything(scene);
         const bool isMirrored = direction == Qt::RightToLeft;
         const auto isLeft = [](const QQuickItem *one, const QQuickItem *other) {
-            return PanelScene::middleOf(*one).x() < PanelScene::middleOf(*other).x();
+            return middleOf(*one).x() < middleOf(*other).x();
         };
         const QQuickItem *row = scene.find("PortRowView");
         ASSERT_NE(row, nullptr);
@@ -117,10 +117,10 @@ TEST(PanelScreens, theHighlightLiesOnTheChosenChipInBothDirections) {
         scene.open();
         const QQuickItem *chip = scene.find("Chip", QStringLiteral("Services"));
         ASSERT_NE(chip, nullptr);
-        scene.click(*chip);
+        scene.click(chip);
         EXPECT_EQ(scene.menuBar->list().filter(), static_cast<int>(PortFilter::services));
         const QQuickItem *highlight = scene.find("ChipRow")->childItems().constFirst();
-        EXPECT_NEAR(PanelScene::middleOf(*highlight).x(), PanelScene::middleOf(*chip).x(), 1);
+        EXPECT_NEAR(middleOf(*highlight).x(), middleOf(*chip).x(), 1);
     }
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
@@ -157,7 +157,7 @@ TEST(PanelScreens, anEmptyMachineSaysSo) {
     scene.draw();
     const QQuickItem *link = scene.find("LinkButton", QStringLiteral("Show system processes"));
     ASSERT_NE(link, nullptr);
-    scene.click(*link);
+    scene.click(link);
     EXPECT_TRUE(scene.store->showAll());
     EXPECT_EQ(state->property("title").toString(), QStringLiteral("Nothing is listening"));
     EXPECT_EQ(scene.find("LinkButton", QStringLiteral("Show system processes")), nullptr);
@@ -168,16 +168,16 @@ TEST(PanelScreens, twoClicksOnStopEndTheServer) {
     scene.open();
     const QQuickItem *row = scene.find("PortRowView");
     ASSERT_NE(row, nullptr);
-    scene.hover(PanelScene::middleOf(*row));
+    scene.hover(middleOf(*row));
     EXPECT_NE(scene.menuBar->list().hovered(), QString());
     const QQuickItem *stop = scene.find("IconButton", QStringLiteral("Kill process"));
     ASSERT_NE(stop, nullptr);
-    scene.click(*stop);
+    scene.click(stop);
     EXPECT_TRUE(scene.world.platform.processes.sent.empty());
     const QQuickItem *confirm = scene.find("ArmedButton", QStringLiteral("Kill"));
     ASSERT_NE(confirm, nullptr);
-    EXPECT_EQ(PanelScene::middleOf(*stop).y(), PanelScene::middleOf(*confirm).y());
-    scene.click(*confirm);
+    EXPECT_EQ(middleOf(*stop).y(), middleOf(*confirm).y());
+    scene.click(confirm);
     scene.pass(1s);
     scene.draw();
     ASSERT_EQ(scene.world.platform.processes.sent.size(), 1u);
@@ -233,7 +233,7 @@ TEST(PanelScreens, aRightClickAndTheMenuKeyOpenTheMenuOfARow) {
     PanelScene scene("few");
     scene.open();
     const auto menu = [] { return qobject_cast<QMenu *>(QApplication::activePopupWidget()); };
-    scene.click(*scene.find("PortRowView"), Qt::RightButton);
+    scene.click(scene.find("PortRowView"), Qt::RightButton);
     ASSERT_NE(menu(), nullptr);
     EXPECT_EQ(menu()->actions().constFirst()->text(), QStringLiteral("Open in Browser"));
     menu()->close();
@@ -254,7 +254,7 @@ TEST(PanelScreens, aRightClickAndTheMenuKeyOpenTheMenuOfARow) {
 TEST(PanelScreens, theGearOpensTheMenuOfSettings) {
     PanelScene scene("few");
     scene.open();
-    scene.click(*scene.find("IconButton", QStringLiteral("Settings")));
+    scene.click(scene.find("IconButton", QStringLiteral("Settings")));
     auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     menu->actions().constLast()->trigger();
@@ -266,19 +266,19 @@ TEST(PanelScreens, theGearOpensTheMenuOfSettings) {
 TEST(PanelScreens, theWindowsButtonOpensTheWindow) {
     PanelScene scene("few");
     scene.open();
-    scene.click(*scene.find("IconButton", QStringLiteral("Open Tarnvale Window")));
+    scene.click(scene.find("IconButton", QStringLiteral("Open Tarnvale Window")));
     EXPECT_EQ(scene.windows, 1);
 }
 
 TEST(PanelScreens, recentActivityUnfoldsAndFolds) {
     PanelScene scene("full");
     scene.open();
-    scene.click(*scene.find("Pressable", QStringLiteral("Recent")));
+    scene.click(scene.find("Pressable", QStringLiteral("Recent")));
     EXPECT_TRUE(scene.menuBar->list().showRecent());
     const QQuickItem *more = scene.find("LinkButton", QStringLiteral("Show all (12)"));
     ASSERT_NE(more, nullptr);
     EXPECT_NE(scene.find("LinkButton", QStringLiteral("Clear")), nullptr);
-    scene.click(*more);
+    scene.click(more);
     EXPECT_EQ(scene.menuBar->list().shownEvents(), 12);
     EXPECT_NE(scene.find("LinkButton", QStringLiteral("Show less")), nullptr);
 }
@@ -300,7 +300,7 @@ TEST(PanelScreens, theBannerIsDismissed) {
     scene.store->setError(QStringLiteral("Something went wrong"));
     scene.draw();
     ASSERT_NE(scene.find("Banner"), nullptr);
-    scene.click(*scene.find("IconButton", QStringLiteral("Dismiss")));
+    scene.click(scene.find("IconButton", QStringLiteral("Dismiss")));
     EXPECT_EQ(scene.store->error(), std::nullopt);
     EXPECT_EQ(scene.find("Banner"), nullptr);
 }
@@ -310,7 +310,7 @@ TEST(PanelScreens, aToolTipIsShortHoweverLongTheCommandLine) {
     scene.open();
     const QQuickItem *tile = scene.find("IconTile");
     ASSERT_NE(tile, nullptr);
-    const QPoint text = PanelScene::middleOf(*tile) + QPoint(static_cast<int>(tile->width()), 0);
+    const QPoint text = middleOf(*tile) + QPoint(static_cast<int>(tile->width()), 0);
     scene.hover(text);
     ASSERT_TRUE(waitFor([] { return !ToolTips::instance().shownText().isEmpty(); }));
     EXPECT_LE(ToolTips::instance().shownText().size(), 2000);

@@ -1,7 +1,6 @@
 #include "presentation/settings/SettingsTest.h"
 
-#include <QQuickWindow>
-#include <QTest>
+#include <QCoreApplication>
 
 namespace tarnvale {
 
@@ -36,39 +35,11 @@ void SettingsTest::press(QObject &window, const NativeKey &key, Qt::KeyboardModi
     quiesce();
 }
 
-std::vector<QQuickItem *> visibleParts(QQuickItem *root) {
-    std::vector<QQuickItem *> parts;
-    if (root == nullptr || !root->isVisible())
-        return parts;
-    parts.push_back(root);
-    const auto children = root->childItems();
-    for (QQuickItem *child : children)
-        for (QQuickItem *each : visibleParts(child))
-            parts.push_back(each);
-    return parts;
-}
-
-QQuickItem *part(QQuickItem *root, const char *type, const QString &title) {
-    for (QQuickItem *item : visibleParts(root)) {
-        const QByteArray name(item->metaObject()->className());
-        const bool isOfType = name == type || name.startsWith(QByteArray(type) + "_QML");
-        if (isOfType && (title.isNull() || item->property("title").toString() == title))
-            return item;
-    }
-    return nullptr;
-}
-
 std::vector<std::string> shownTexts(QQuickItem *root) {
     std::vector<std::string> texts;
-    for (const QQuickItem *item : visibleParts(root))
-        if (item->inherits("QQuickText") && !item->property("text").toString().isEmpty())
-            texts.push_back(item->property("text").toString().toStdString());
+    for (const QString &text : visibleTexts(root))
+        texts.push_back(text.toStdString());
     return texts;
-}
-
-void clickOn(QQuickWindow &window, const QQuickItem &item) {
-    QTest::mouseClick(&window, Qt::LeftButton, {},
-                      item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint());
 }
 
 } // namespace tarnvale

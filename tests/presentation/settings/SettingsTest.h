@@ -3,17 +3,15 @@
 #include "commands/hotkey/FakeRegistrar.h"
 #include "commands/hotkey/GlobalHotKey.h"
 #include "presentation/settings/SettingsController.h"
+#include "presentation/shared/screenItems.h"
 #include "store/StoreTest.h"
 
 #include <QKeyEvent>
 #include <QQuickItem>
-#include <QString>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-class QQuickWindow;
 
 namespace tarnvale {
 
@@ -46,12 +44,7 @@ protected:
     std::unique_ptr<GlobalHotKey> hotKey;
 };
 
-/// The visible parts below `root`, and itself, in the order of the tree.
-[[nodiscard]] std::vector<QQuickItem *> visibleParts(QQuickItem *root);
-/// The first of them of that QML type, and with that title when one is given; null without one.
-[[nodiscard]] QQuickItem *part(QQuickItem *root, const char *type, const QString &title = {});
 /// The texts that are shown.
 [[nodiscard]] std::vector<std::string> shownTexts(QQuickItem *root);
-void clickOn(QQuickWindow &window, const QQuickItem &item);
 
 } // namespace tarnvale

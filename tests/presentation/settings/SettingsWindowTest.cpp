@@ -5,6 +5,7 @@
 #include "presentation/design/Appearance.h"
 #include "presentation/settings/SettingsTest.h"
 #include "presentation/settings/registerSettings.h"
+#include "presentation/shared/QmlWarnings.h"
 
 #include <QAccessible>
 #include <QPointer>
@@ -21,7 +22,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::Contains;
-using testing::IsEmpty;
 using testing::Not;
 
 class SettingsScene : public SettingsTest {
@@ -30,17 +30,12 @@ protected:
         SettingsTest::SetUp();
         Appearance::instance().setOverride(qEnvironmentVariableIsSet("TARNVALE_DARK"), true);
         registerSettings(engine);
-        engine.setOutputWarningsToStandardError(false);
-        QObject::connect(&engine, &QQmlEngine::warnings, [this](const QList<QQmlError> &errors) {
-            for (const QQmlError &error : errors)
-                warnings.push_back(error.toString().toStdString());
-        });
         tray = std::make_unique<TrayIcon>(bus, world.clock);
         make(actions());
     }
     void TearDown() override {
         settings.reset();
-        EXPECT_THAT(warnings, IsEmpty());
+        EXPECT_EQ(warnings.text(), "");
         Appearance::instance().setOverride(std::nullopt, std::nullopt);
     }
 
@@ -65,17 +60,17 @@ protected:
     }
     [[nodiscard]] QQuickItem *root() const { return settings->window()->contentItem(); }
     void click(const char *type, const QString &title = {}) {
-        const QQuickItem *const item = part(root(), type, title);
+        const QQuickItem *const item = findItem(root(), type, title);
         ASSERT_NE(item, nullptr) << type;
         clickOn(*settings->window(), *item);
         draw();
     }
     [[nodiscard]] bool isChecked(const char *title) const {
-        const QQuickItem *const item = part(root(), "Switch", QString::fromUtf8(title));
+        const QQuickItem *const item = findItem(root(), "Switch", QString::fromUtf8(title));
         return item != nullptr && item->property("checked").toBool();
     }
 
-    std::vector<std::string> warnings;
+    QmlWarnings warnings;
     QDBusConnection bus{QStringLiteral("none")};
     QQmlEngine engine;
     std::unique_ptr<TrayIcon> tray;
@@ -206,18 +201,18 @@ TEST_F(SettingsScene, aChoiceThatCantBeSavedGoesBackAndIsExplained) {
     world.settings.isFull = true;
     click("Switch", QStringLiteral("Website previews"));
     EXPECT_TRUE(isChecked("Website previews"));
-    EXPECT_NE(part(root(), "Banner"), nullptr);
+    EXPECT_NE(findItem(root(), "Banner"), nullptr);
 }
 
 TEST_F(SettingsScene, theInstallCommandIsCopied) {
     show();
     click("PushButton", QStringLiteral("Copy Install Command"));
-    EXPECT_NE(part(root(), "PushButton", QStringLiteral("Copied")), nullptr);
+    EXPECT_NE(findItem(root(), "PushButton", QStringLiteral("Copied")), nullptr);
     click("PushButton", QStringLiteral("Copied"));
     EXPECT_THAT(done, testing::ElementsAre("copy", "copy"));
     pass(1500ms);
     draw();
-    EXPECT_NE(part(root(), "PushButton", QStringLiteral("Copy Install Command")), nullptr);
+    EXPECT_NE(findItem(root(), "PushButton", QStringLiteral("Copy Install Command")), nullptr);
 }
 
 TEST_F(SettingsScene, updatesAreShownOnlyWithAFeed) {
@@ -235,7 +230,7 @@ TEST_F(SettingsScene, updatesAreShownOnlyWithAFeed) {
 
 TEST_F(SettingsScene, theLastSectionTellsOfTheDesktop) {
     show();
-    waitFor([this] { return part(root(), "DesktopRowView") != nullptr; });
+    waitFor([this] { return findItem(root(), "DesktopRowView") != nullptr; });
     const auto texts = shownTexts(root());
     for (const char *text :
          {"Desktop integration", "Tray", "None found", "Hot key", "Notifications", "Compositor"})
@@ -256,6 +251,7 @@ TEST_F(SettingsScene, aShortcutIsRecorded) {
     press(*settings->window(), keyK, Qt::ControlModifier);
     draw();
     EXPECT_THAT(shownTexts(root()), Contains("Ctrl+K is already used by another app."));
+    EXPECT_EQ(warnings.take(), "hotkey: couldn't register ⌃K: 1");
     click("ShortcutButton");
     press(*settings->window(), keyK, Qt::ControlModifier | Qt::AltModifier);
     draw();
@@ -277,7 +273,7 @@ TEST_F(SettingsScene, closingEndsTheRecording) {
 TEST_F(SettingsScene, aDesktopThatGivesNoKeyAwayIsExplained) {
     registrar->state = {.kind = HotKeyAvailability::Kind::needsCommand, .command = "tarnvale --toggle"};
     show(SettingsController::Shortcut);
-    EXPECT_EQ(part(root(), "ShortcutButton"), nullptr);
+    EXPECT_EQ(findItem(root(), "ShortcutButton"), nullptr);
     click("PushButton", QStringLiteral("Copy Command"));
     EXPECT_THAT(world.clipboard.texts, testing::ElementsAre("tarnvale --toggle"));
 }
@@ -285,7 +281,7 @@ TEST_F(SettingsScene, aDesktopThatGivesNoKeyAwayIsExplained) {
 TEST_F(SettingsScene, aScreenReaderKnowsTheSwitches) {
     show();
     const QAccessibleInterface *const toggle =
-        QAccessible::queryAccessibleInterface(part(root(), "Switch", QStringLiteral("Website previews")));
+        QAccessible::queryAccessibleInterface(findItem(root(), "Switch", QStringLiteral("Website previews")));
     ASSERT_NE(toggle, nullptr);
     EXPECT_EQ(toggle->text(QAccessible::Name), QStringLiteral("Website previews"));
     EXPECT_TRUE(toggle->state().checked);
@@ -329,10 +325,10 @@ TEST_F(SettingsScene, picturesCanBeTaken) {
     for (int times = 0; times < 6; ++times)
         key(Qt::Key_Tab);
     take("general-focus");
-    part(root(), "QQuickFlickable")->setProperty("contentY", 10000);
-    part(root(), "QQuickFlickable")
-        ->setProperty("contentY", part(root(), "QQuickFlickable")->property("contentHeight").toDouble() -
-                                      part(root(), "QQuickFlickable")->height());
+    findItem(root(), "QQuickFlickable")->setProperty("contentY", 10000);
+    findItem(root(), "QQuickFlickable")
+        ->setProperty("contentY", findItem(root(), "QQuickFlickable")->property("contentHeight").toDouble() -
+                                      findItem(root(), "QQuickFlickable")->height());
     take("general-end");
     show(SettingsController::Shortcut);
     take("shortcut");
@@ -341,6 +337,7 @@ TEST_F(SettingsScene, picturesCanBeTaken) {
     registrar->others.insert("⌃K");
     press(*settings->window(), keyK, Qt::ControlModifier);
     take("shortcut-taken");
+    EXPECT_EQ(warnings.take(), "hotkey: couldn't register ⌃K: 1");
     show(SettingsController::About);
     take("about");
 }

@@ -2,6 +2,7 @@
 #include "presentation/settings/SettingsTest.h"
 #include "presentation/settings/WelcomeController.h"
 #include "presentation/settings/registerSettings.h"
+#include "presentation/shared/QmlWarnings.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -17,7 +18,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Welcome : public SettingsTest {
 protected:
@@ -29,7 +29,7 @@ protected:
     void TearDown() override {
         delete view.rootObject();
         view.releaseResources();
-        EXPECT_THAT(warnings, IsEmpty());
+        EXPECT_EQ(warnings.text(), "");
         Appearance::instance().setOverride(std::nullopt, std::nullopt);
     }
     void make() {
@@ -38,11 +38,6 @@ protected:
     }
     void show() {
         registerSettings(engine);
-        engine.setOutputWarningsToStandardError(false);
-        QObject::connect(&engine, &QQmlEngine::warnings, [this](const QList<QQmlError> &errors) {
-            for (const QQmlError &error : errors)
-                warnings.push_back(error.toString().toStdString());
-        });
         component = std::make_unique<QQmlComponent>(&engine);
         component->setData(
             "import QtQuick\nimport Tarnvale.Design\nimport Tarnvale.Settings\n"
@@ -65,13 +60,13 @@ protected:
         quiesce();
     }
     void click(const char *type, const char *title) {
-        const QQuickItem *const item = part(view.rootObject(), type, QString::fromUtf8(title));
+        const QQuickItem *const item = findItem(view.rootObject(), type, QString::fromUtf8(title));
         ASSERT_NE(item, nullptr) << title;
         clickOn(view, *item);
         draw();
     }
 
-    std::vector<std::string> warnings;
+    QmlWarnings warnings;
     std::unique_ptr<WelcomeController> welcome;
     QQmlEngine engine;
     std::unique_ptr<QQmlComponent> component;
@@ -104,7 +99,7 @@ TEST_F(Welcome, allowAsksAndSaysSo) {
     click("PushButton", "Allow");
     EXPECT_EQ(world.notifications.requests, 1);
     EXPECT_TRUE(welcome->notificationsAsked());
-    EXPECT_NE(part(view.rootObject(), "PushButton", QStringLiteral("Asked")), nullptr);
+    EXPECT_NE(findItem(view.rootObject(), "PushButton", QStringLiteral("Asked")), nullptr);
 }
 
 TEST_F(Welcome, theInstallCommandCanBeCopiedTwice) {
@@ -120,10 +115,10 @@ TEST_F(Welcome, launchAtLoginIsTheStores) {
     show();
     click("Switch", "Launch at login");
     EXPECT_TRUE(store->launchAtLogin());
-    EXPECT_TRUE(part(view.rootObject(), "Switch")->property("checked").toBool());
+    EXPECT_TRUE(findItem(view.rootObject(), "Switch")->property("checked").toBool());
     store->setLaunchAtLogin(false);
     draw();
-    EXPECT_FALSE(part(view.rootObject(), "Switch")->property("checked").toBool());
+    EXPECT_FALSE(findItem(view.rootObject(), "Switch")->property("checked").toBool());
 }
 
 TEST_F(Welcome, returnGetsStarted) {

@@ -1,5 +1,7 @@
 #include "presentation/shared/QmlWarnings.h"
 
+#include <utility>
+
 namespace tarnvale {
 
 namespace {
@@ -35,6 +37,11 @@ void QmlWarnings::add(const QString &message) {
 std::string QmlWarnings::text() const {
     const std::scoped_lock lock(m_mutex);
     return m_messages.join(QLatin1Char('\n')).toStdString();
+}
+
+std::string QmlWarnings::take() {
+    const std::scoped_lock lock(m_mutex);
+    return std::exchange(m_messages, {}).join(QLatin1Char('\n')).toStdString();
 }
 
 } // namespace tarnvale

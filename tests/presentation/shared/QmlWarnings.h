@@ -7,8 +7,8 @@
 
 namespace tarnvale {
 
-/// Collects what Qt and QML warn of, from any thread, while it lives; it's written as ever besides. Where there are
-/// several, the youngest collects, and they go in the reverse order of their coming.
+/// Collects what Qt and QML warn of, from any thread, while it lives; it's written as ever besides. Where
+/// there are several, the youngest collects, and they go in the reverse order of their coming.
 class QmlWarnings {
 public:
     QmlWarnings();
@@ -21,6 +21,8 @@ public:
 
     /// What went wrong so far, one a line; empty when all is well.
     [[nodiscard]] std::string text() const;
+    /// The same, which is forgotten then: it was to be expected.
+    [[nodiscard]] std::string take();
 
 private:
     static void note(QtMsgType type, const QMessageLogContext &context, const QString &message);

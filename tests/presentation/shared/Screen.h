@@ -21,8 +21,8 @@ struct ScreenLook {
     bool reducesMotion = true;
 };
 
-/// A real window over a made-up world, worked as its user does, and every warning that comes of it. One at a time
-/// lives.
+/// A real window over a made-up world, worked as its user does, and every warning that comes of it. One at a
+/// time lives.
 class Screen {
 public:
     Screen(const Screen &) = delete;
@@ -35,7 +35,9 @@ public:
 
     /// See screenItems.h.
     [[nodiscard]] std::vector<QQuickItem *> visibleItems() const { return tarnvale::visibleItems(root()); }
-    [[nodiscard]] std::vector<QQuickItem *> findAll(const char *type) const { return itemsOfType(root(), type); }
+    [[nodiscard]] std::vector<QQuickItem *> findAll(const char *type) const {
+        return itemsOfType(root(), type);
+    }
     [[nodiscard]] QQuickItem *find(const char *type, const QString &value = {},
                                    const char *property = "title") const {
         return findItem(root(), type, value, property);

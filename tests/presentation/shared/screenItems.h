@@ -12,14 +12,15 @@ class QQuickWindow;
 
 namespace tarnvale {
 
-/// `root` and the parts below it that can be seen, whole or in part, in the order in which they lie in the tree;
-/// nothing where `root` is null.
+/// `root` and the parts below it that can be seen, whole or in part, in the order in which they lie in the
+/// tree; nothing where `root` is null.
 [[nodiscard]] std::vector<QQuickItem *> visibleItems(QQuickItem *root);
 
 /// Those of them of that QML type.
 [[nodiscard]] std::vector<QQuickItem *> itemsOfType(QQuickItem *root, const char *type);
 
-/// The first visible part of that QML type of which `property` is `value`, which is any when null; null without one.
+/// The first visible part of that QML type of which `property` is `value`, which is any when null; null
+/// without one.
 [[nodiscard]] QQuickItem *findItem(QQuickItem *root, const char *type, const QString &value = {},
                                    const char *property = "title");
 

@@ -16,7 +16,7 @@ void settleThreads() {
 
 } // namespace
 
-UpdateScene::UpdateScene(bool isDark) : Screen({.isDark = isDark}) {
+UpdateScene::UpdateScene(bool isDark) : Screen(ScreenLook{.isDark = isDark}) {
     registerUpdate(engine);
     checker = std::make_unique<UpdateChecker>(source, platform.platform(),
                                               UpdateChecker::Self{"1.0", key.publicKey()});

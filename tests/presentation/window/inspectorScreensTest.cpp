@@ -44,7 +44,7 @@ void scrollTo(WindowScene &scene, const QQuickItem *item) {
     ASSERT_NE(item, nullptr);
     QQuickItem *view = scene.find("PortInspector")->findChild<QQuickItem *>(QStringLiteral("inspectorView"));
     ASSERT_NE(view, nullptr);
-    const double middle = WindowScene::frameOf(*item).center().y() - WindowScene::frameOf(*view).center().y();
+    const double middle = frameOf(*item).center().y() - frameOf(*view).center().y();
     const double last = std::max(0.0, view->property("contentHeight").toDouble() - view->height());
     view->setProperty("contentY", std::clamp(view->property("contentY").toDouble() + middle, 0.0, last));
     scene.draw();
@@ -101,11 +101,11 @@ TEST(InspectorScreens, theCardsStandInTheirOrder) {
     for (const char *card :
          {"InspectorHeader", "WebPreviewCard", "ActionBar", "DetailsCard", "UsageCard", "LogsBlock",
           "CommandBlock", "FolderBlock", "NotifyCard", "HealthCheckCard", "ShareCard"}) {
-        const QRectF frame = WindowScene::frameOf(*scene.find(card));
+        const QRectF frame = frameOf(*scene.find(card));
         EXPECT_GT(frame.top(), before) << card;
         before = frame.bottom();
     }
-    EXPECT_GT(WindowScene::frameOf(*push(scene, "Kill Process")).top(), before);
+    EXPECT_GT(frameOf(*push(scene, "Kill Process")).top(), before);
 }
 
 TEST(InspectorScreens, whatIsNoWebServerHasNoneOfIt) {
@@ -159,8 +159,8 @@ TEST(InspectorScreens, thePhonesCardTakesNoRoomWithoutANetwork) {
         EXPECT_TRUE(scene.says(scene.inspector().phoneUrl()));
     }
     scene.inspect(shop);
-    const QRectF above = WindowScene::frameOf(*scene.find("ShareCard"));
-    const QRectF below = WindowScene::frameOf(*push(scene, "Kill Process"));
+    const QRectF above = frameOf(*scene.find("ShareCard"));
+    const QRectF below = frameOf(*push(scene, "Kill Process"));
     EXPECT_LE(below.top() - above.bottom(), 16);
     EXPECT_EQ(scene.warnings(), "");
 }

@@ -39,7 +39,7 @@ TEST(PortRowList, aDoubleClickOpensAWebServerAndNothingElse) {
     WindowScene scene("few");
     scene.click(sidebarRow(scene, "allPorts"));
     const auto doubleClick = [&scene](const QQuickItem *row) {
-        const QPoint title = WindowScene::frameOf(*row).topLeft().toPoint() + QPoint(70, 20);
+        const QPoint title = frameOf(*row).topLeft().toPoint() + QPoint(70, 20);
         QTest::mouseDClick(&scene.window(), Qt::LeftButton, {}, title);
         scene.draw();
     };
@@ -74,7 +74,7 @@ TEST(PortRowList, theActionsOfARowStandThereWhileThePointerIsOverIt) {
     scene.click(sidebarRow(scene, "allPorts"));
     EXPECT_EQ(scene.find("RowActions"), nullptr);
     const QQuickItem *row = scene.find("WindowRowView", QStringLiteral("4201:5173"), "rowId");
-    scene.hover(WindowScene::frameOf(*row).topLeft().toPoint() + QPoint(70, 20));
+    scene.hover(frameOf(*row).topLeft().toPoint() + QPoint(70, 20));
     ASSERT_EQ(scene.findAll("RowActions").size(), 1u);
     EXPECT_EQ(scene.ports().hovered(), QStringLiteral("4201:5173"));
     scene.click(scene.find("IconButton", QStringLiteral("Copy URL")));

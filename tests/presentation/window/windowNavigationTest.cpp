@@ -116,12 +116,12 @@ TEST(WindowNavigation, f9HidesAndShowsTheSidebarAtOnceWithoutMotion) {
     const QQuickItem *toolbar = scene.find("Toolbar");
     ASSERT_NE(sidebar, nullptr);
     const double width = sidebar->width();
-    EXPECT_EQ(WindowScene::frameOf(*toolbar).left(), width);
+    EXPECT_EQ(frameOf(*toolbar).left(), width);
     QTest::keyClick(&scene.window(), Qt::Key_F9);
     EXPECT_EQ(sidebar->x(), -width);
     EXPECT_FALSE(sidebar->isVisible());
     scene.draw();
-    EXPECT_EQ(WindowScene::frameOf(*toolbar).left(), 0);
+    EXPECT_EQ(frameOf(*toolbar).left(), 0);
     EXPECT_EQ(toolbar->width(), scene.window().width());
     scene.click(scene.find("IconButton", QStringLiteral("Show sidebar (⌃⌘S)")));
     EXPECT_TRUE(sidebar->isVisible());

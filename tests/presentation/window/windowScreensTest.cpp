@@ -85,7 +85,7 @@ TEST(WindowScreens, theLayoutIsMirroredWhereOneReadsFromRightToLeft) {
         scene.inspect(5173);
         const bool isMirrored = direction == Qt::RightToLeft;
         keepPicture(scene, isMirrored ? "right-to-left" : "left-to-right");
-        const auto x = [](const QQuickItem *item) { return WindowScene::middleOf(*item).x(); };
+        const auto x = [](const QQuickItem *item) { return middleOf(*item).x(); };
         const QQuickItem *row = scene.find("WindowRowView");
         ASSERT_NE(row, nullptr);
         EXPECT_EQ(x(scene.find("IconButton", QStringLiteral("Hide sidebar (⌃⌘S)"))) <
@@ -156,13 +156,13 @@ TEST(WindowScreens, everythingThatTakesTheFocusHasANameAndARole) {
 // Little room.
 
 void expectApart(const std::vector<QQuickItem *> &items, const QQuickItem *within, const std::string &what) {
-    const QRectF bounds = WindowScene::frameOf(*within);
+    const QRectF bounds = frameOf(*within);
     for (std::size_t one = 0; one < items.size(); ++one) {
-        const QRectF frame = WindowScene::frameOf(*items[one]);
+        const QRectF frame = frameOf(*items[one]);
         EXPECT_TRUE(bounds.contains(frame))
             << what << ": " << items[one]->metaObject()->className() << " leaves its ground";
         for (std::size_t other = one + 1; other < items.size(); ++other)
-            EXPECT_FALSE(frame.intersects(WindowScene::frameOf(*items[other])))
+            EXPECT_FALSE(frame.intersects(frameOf(*items[other])))
                 << what << ": " << items[one]->metaObject()->className() << " overlaps "
                 << items[other]->metaObject()->className();
     }
@@ -202,8 +202,8 @@ TEST(WindowScreens, inTheLeastWindowTheListAndItsInspectorHaveRoom) {
     const QQuickItem *inspector = scene.find("PortInspector");
     EXPECT_GE(list->width(), 250);
     EXPECT_GE(inspector->width(), 280);
-    EXPECT_FALSE(WindowScene::frameOf(*list).intersects(WindowScene::frameOf(*inspector)));
-    EXPECT_EQ(WindowScene::frameOf(*inspector).right(), 800);
+    EXPECT_FALSE(frameOf(*list).intersects(frameOf(*inspector)));
+    EXPECT_EQ(frameOf(*inspector).right(), 800);
     for (QQuickItem *row : scene.findAll("WindowRowView")) {
         std::vector<QQuickItem *> parts;
         for (QQuickItem *part : scene.visibleItems())
@@ -220,9 +220,9 @@ TEST(WindowScreens, inTheLeastWindowARowUnderThePointerStillHasATitle) {
     scene.resize(800, 560);
     scene.click(sidebarRow(scene, "allPorts"));
     for (QQuickItem *row : scene.findAll("WindowRowView")) {
-        if (WindowScene::frameOf(*row).bottom() > 550)
+        if (frameOf(*row).bottom() > 550)
             continue;
-        scene.hover(WindowScene::frameOf(*row).topLeft().toPoint() + QPoint(26, 28));
+        scene.hover(frameOf(*row).topLeft().toPoint() + QPoint(26, 28));
         for (const QQuickItem *part : row->childItems())
             EXPECT_GE(part->width(), 0) << row->property("title").toString().toStdString();
         const QQuickItem *actions = nullptr;
@@ -230,7 +230,7 @@ TEST(WindowScreens, inTheLeastWindowARowUnderThePointerStillHasATitle) {
             if (isWithin(each, row))
                 actions = each;
         ASSERT_NE(actions, nullptr);
-        EXPECT_TRUE(WindowScene::frameOf(*row).contains(WindowScene::frameOf(*actions)))
+        EXPECT_TRUE(frameOf(*row).contains(frameOf(*actions)))
             << row->property("title").toString().toStdString();
         const QQuickItem *title = nullptr;
         for (const QQuickItem *text : scene.findAll("QQuickText"))

@@ -19,7 +19,7 @@ TEST(WindowSheets, ctrlKOpensThePaletteAndEscGivesTheKeyboardBack) {
     const QQuickItem *palette = scene.find("CommandPalette");
     ASSERT_NE(palette, nullptr);
     EXPECT_TRUE(isWithin(focused(scene), palette));
-    EXPECT_EQ(WindowScene::frameOf(*palette).top(), 70);
+    EXPECT_EQ(frameOf(*palette).top(), 70);
     scene.type(QStringLiteral("shop"));
     EXPECT_EQ(scene.controller->palette().query(), QStringLiteral("shop"));
     scene.press(Qt::Key_Escape);
@@ -53,7 +53,7 @@ TEST(WindowSheets, aClickBesideThePaletteClosesIt) {
 TEST(WindowSheets, nothingBehindThePaletteIsReached) {
     WindowScene scene("few");
     scene.press(Qt::Key_K, Qt::ControlModifier);
-    const QRectF row = WindowScene::frameOf(*sidebarRow(scene, "activity"));
+    const QRectF row = frameOf(*sidebarRow(scene, "activity"));
     QTest::mouseClick(&scene.window(), Qt::LeftButton, {},
                       QPointF(row.left() + 20, row.center().y()).toPoint());
     scene.draw();
@@ -74,7 +74,7 @@ TEST(WindowSheets, anErrorIsAToastThatIsDismissed) {
     scene.draw();
     const QQuickItem *toast = scene.find("ErrorToast");
     ASSERT_NE(toast, nullptr);
-    EXPECT_EQ(WindowScene::frameOf(*toast).bottom(), scene.window().height() - 22);
+    EXPECT_EQ(frameOf(*toast).bottom(), scene.window().height() - 22);
     EXPECT_TRUE(scene.says(QStringLiteral("<b>Something</b> went wrong")));
     QQuickItem *close = scene.find("IconButton", QStringLiteral("Dismiss"));
     EXPECT_EQ(nameOf(close), QStringLiteral("Dismiss"));
@@ -88,7 +88,7 @@ TEST(WindowSheets, aLongErrorStaysWithinTheWindow) {
     scene.resize(800, 560);
     scene.store->setError(QString(2000, QLatin1Char('x')));
     scene.draw();
-    const QRectF frame = WindowScene::frameOf(*scene.find("ErrorToast"));
+    const QRectF frame = frameOf(*scene.find("ErrorToast"));
     EXPECT_GE(frame.left(), 0);
     EXPECT_LE(frame.right(), 800);
     EXPECT_GT(frame.top(), 300);
