@@ -74,7 +74,7 @@ int writeBeside(const std::string &path, std::string &part, const QByteArray &co
 
 std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit) {
     const FileDescriptor descriptor(
-        open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!descriptor.isOpen())
         return errno == ENOENT ? std::optional(QByteArray()) : std::nullopt;
     struct stat status {};

@@ -12,7 +12,7 @@ namespace tarnvale {
 
 namespace {
 
-QString sheetText(const char *text) {
+QString dialogText(const char *text) {
     return QCoreApplication::translate("NewStackSheet", text);
 }
 
@@ -38,9 +38,9 @@ void chooseProjectFolder(std::function<void(std::optional<std::string>)> onDone)
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setDirectory(firstFolder());
-    dialog->setLabelText(QFileDialog::Accept, sheetText("Choose"));
+    dialog->setLabelText(QFileDialog::Accept, dialogText("Choose"));
     dialog->setWindowTitle(
-        sheetText("Choose a project folder. Tarnvale looks for package.json, artisan, Procfile and more."));
+        dialogText("Choose a project folder. Tarnvale looks for package.json, artisan, Procfile and more."));
     dialog->winId(); // makes its window
     dialog->windowHandle()->setTransientParent(QGuiApplication::focusWindow());
     QObject::connect(dialog, &QFileDialog::finished, dialog,
