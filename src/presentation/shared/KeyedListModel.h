@@ -68,17 +68,20 @@ private:
 
     void play(const ListStep &step, const std::vector<Row> &rows) {
         const auto place = m_rows.begin() + step.row;
+        const int last = step.row + step.count - 1;
         switch (step.kind) {
         case ListStep::Kind::remove:
-            beginRemoveRows({}, step.row, step.row);
-            m_rows.erase(place);
+            beginRemoveRows({}, step.row, last);
+            m_rows.erase(place, place + step.count);
             endRemoveRows();
             break;
-        case ListStep::Kind::insert:
-            beginInsertRows({}, step.row, step.row);
-            m_rows.insert(place, rows[static_cast<std::size_t>(step.source)]);
+        case ListStep::Kind::insert: {
+            const auto source = rows.begin() + step.row;
+            beginInsertRows({}, step.row, last);
+            m_rows.insert(place, source, source + step.count);
             endInsertRows();
             break;
+        }
         case ListStep::Kind::move: // only ever to the front
             beginMoveRows({}, step.row, step.row, {}, step.target);
             std::rotate(m_rows.begin() + step.target, place, place + 1);

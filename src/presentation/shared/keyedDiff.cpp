@@ -1,9 +1,9 @@
 #include "presentation/shared/keyedDiff.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
-#include <set>
 
 namespace tarnvale {
 
@@ -20,39 +20,69 @@ std::vector<Key> numbered(const std::vector<QString> &keys) {
     return result;
 }
 
-void removeTheGone(std::vector<Key> &list, const std::set<Key> &wanted, std::vector<ListStep> &steps) {
-    for (std::size_t row = list.size(); row-- > 0;) {
-        if (wanted.contains(list[row]))
-            continue;
-        steps.push_back({.kind = ListStep::Kind::remove, .row = static_cast<int>(row)});
-        list.erase(list.begin() + static_cast<std::ptrdiff_t>(row));
+/// Returns what stays of `list`.
+std::vector<Key> removeTheGone(const std::vector<Key> &list, const std::vector<Key> &target,
+                               std::vector<ListStep> &steps) {
+    const QSet<Key> wanted(target.begin(), target.end());
+    const auto isGone = [&](const Key &key) { return !wanted.contains(key); };
+    for (auto end = list.rbegin(); (end = std::find_if(end, list.rend(), isGone)) != list.rend();) {
+        const auto begin = std::find_if_not(end, list.rend(), isGone);
+        steps.push_back({.kind = ListStep::Kind::remove,
+                         .row = static_cast<int>(list.rend() - begin),
+                         .count = static_cast<int>(begin - end)});
+        end = begin;
     }
+    std::vector<Key> kept;
+    std::remove_copy_if(list.begin(), list.end(), std::back_inserter(kept), isGone);
+    return kept;
 }
+
+/// The rows that stay and have no place in the new list yet. They follow those that have.
+class Waiting {
+public:
+    explicit Waiting(const std::vector<Key> &keys) : m_isPlaced(keys.size()) {
+        for (std::size_t place = 0; place < keys.size(); ++place)
+            m_places[keys[place]] = place;
+    }
+
+    [[nodiscard]] bool contains(const Key &key) const { return m_places.contains(key); }
+
+    /// Places a row; returns how many others waited before it.
+    std::ptrdiff_t take(const Key &key) {
+        const auto first = m_isPlaced.begin();
+        const auto row = first + static_cast<std::ptrdiff_t>(m_places.take(key));
+        const auto others = std::count(first + m_front, row, false);
+        *row = true;
+        m_front = std::find(first + m_front, m_isPlaced.end(), false) - first;
+        return others;
+    }
+
+private:
+    QHash<Key, std::size_t> m_places;
+    std::vector<bool> m_isPlaced;
+    std::ptrdiff_t m_front = 0; ///< all before it are placed
+};
 
 } // namespace
 
 std::vector<ListStep> keyedDiff(const std::vector<QString> &before, const std::vector<QString> &after) {
-    std::vector<Key> list = numbered(before);
+    if (before == after)
+        return {};
     const std::vector<Key> target = numbered(after);
     std::vector<ListStep> steps;
-    removeTheGone(list, {target.begin(), target.end()}, steps);
-    std::set<Key> kept(list.begin(), list.end());
-    for (std::size_t row = 0; row < target.size(); ++row) {
-        if (row < list.size() && list[row] == target[row])
-            continue;
-        const auto place = list.begin() + static_cast<std::ptrdiff_t>(row);
-        if (!kept.contains(target[row])) {
-            steps.push_back({.kind = ListStep::Kind::insert,
-                             .row = static_cast<int>(row),
-                             .source = static_cast<int>(row)});
-            list.insert(place, target[row]);
+    Waiting waiting(removeTheGone(numbered(before), target, steps));
+    const auto isNew = [&](const Key &key) { return !waiting.contains(key); };
+    for (auto key = target.begin(); key != target.end();) {
+        const auto row = static_cast<int>(key - target.begin());
+        if (const auto end = std::find_if_not(key, target.end(), isNew); end != key) {
+            steps.push_back(
+                {.kind = ListStep::Kind::insert, .row = row, .count = static_cast<int>(end - key)});
+            key = end;
             continue;
         }
-        const auto found = std::find(place, list.end(), target[row]);
-        steps.push_back({.kind = ListStep::Kind::move,
-                         .row = static_cast<int>(found - list.begin()),
-                         .target = static_cast<int>(row)});
-        std::rotate(place, found, found + 1);
+        if (const auto others = static_cast<int>(waiting.take(*key)); others > 0)
+            steps.push_back({.kind = ListStep::Kind::move, .row = row + others, .target = row});
+        ++key;
     }
     return steps;
 }

@@ -26,11 +26,12 @@ Keys played(Keys list, const Keys &after, const std::vector<ListStep> &steps) {
     for (const ListStep &step : steps) {
         const auto row = list.begin() + step.row;
         if (step.kind == Kind::insert) {
-            list.insert(row, after[static_cast<std::size_t>(step.source)]);
+            const auto source = after.begin() + step.row;
+            list.insert(row, source, source + step.count);
             continue;
         }
         const QString key = *row;
-        list.erase(row);
+        list.erase(row, row + step.count);
         if (step.kind == Kind::move)
             list.insert(list.begin() + step.target, key);
     }
@@ -43,22 +44,38 @@ TEST(KeyedDiff, equalListsNeedNothing) {
 }
 
 TEST(KeyedDiff, oneChangeIsOneStep) {
-    EXPECT_THAT(keyedDiff(keys("ac"), keys("abc")),
-                ElementsAre(ListStep{.kind = Kind::insert, .row = 1, .source = 1}));
+    EXPECT_THAT(keyedDiff(keys("ac"), keys("abc")), ElementsAre(ListStep{.kind = Kind::insert, .row = 1}));
     EXPECT_THAT(keyedDiff(keys("abc"), keys("ac")), ElementsAre(ListStep{.kind = Kind::remove, .row = 1}));
     EXPECT_THAT(keyedDiff(keys("abc"), keys("cab")),
                 ElementsAre(ListStep{.kind = Kind::move, .row = 2, .target = 0}));
 }
 
 TEST(KeyedDiff, whatGoesGoesFromTheEndOn) {
-    EXPECT_THAT(keyedDiff(keys("abc"), {}), ElementsAre(ListStep{.kind = Kind::remove, .row = 2},
-                                                        ListStep{.kind = Kind::remove, .row = 1},
-                                                        ListStep{.kind = Kind::remove, .row = 0}));
+    EXPECT_THAT(keyedDiff(keys("abc"), keys("b")), ElementsAre(ListStep{.kind = Kind::remove, .row = 2},
+                                                               ListStep{.kind = Kind::remove, .row = 0}));
+}
+
+TEST(KeyedDiff, neighboursGoAndComeInTogether) {
+    EXPECT_THAT(keyedDiff(keys("abc"), {}),
+                ElementsAre(ListStep{.kind = Kind::remove, .row = 0, .count = 3}));
+    EXPECT_THAT(keyedDiff(keys("axyb"), keys("ab")),
+                ElementsAre(ListStep{.kind = Kind::remove, .row = 1, .count = 2}));
+    EXPECT_THAT(keyedDiff({}, keys("abc")),
+                ElementsAre(ListStep{.kind = Kind::insert, .row = 0, .count = 3}));
+    EXPECT_THAT(keyedDiff(keys("ab"), keys("vaxybz")),
+                ElementsAre(ListStep{.kind = Kind::insert, .row = 0},
+                            ListStep{.kind = Kind::insert, .row = 2, .count = 2},
+                            ListStep{.kind = Kind::insert, .row = 5}));
+}
+
+TEST(KeyedDiff, aMoveCountsWhatStillWaits) {
+    EXPECT_THAT(keyedDiff(keys("abcd"), keys("dacb")),
+                ElementsAre(ListStep{.kind = Kind::move, .row = 3, .target = 0},
+                            ListStep{.kind = Kind::move, .row = 3, .target = 2}));
 }
 
 TEST(KeyedDiff, ofTwoEqualKeysTheSecondIsAnother) {
-    EXPECT_THAT(keyedDiff(keys("a"), keys("aa")),
-                ElementsAre(ListStep{.kind = Kind::insert, .row = 1, .source = 1}));
+    EXPECT_THAT(keyedDiff(keys("a"), keys("aa")), ElementsAre(ListStep{.kind = Kind::insert, .row = 1}));
     EXPECT_THAT(keyedDiff(keys("aa"), keys("a")), ElementsAre(ListStep{.kind = Kind::remove, .row = 1}));
 }
 
@@ -90,9 +107,9 @@ TEST(KeyedDiff, randomListsLeadToTheirEnd) {
         ASSERT_EQ(played(before, after, steps), after) << round;
         const std::set<QString> old(before.begin(), before.end());
         for (const ListStep &step : steps)
-            ASSERT_TRUE(step.kind != Kind::insert ||
-                        !old.contains(after[static_cast<std::size_t>(step.source)]))
-                << "what stays is never made anew";
+            for (int row = step.row; step.kind == Kind::insert && row < step.row + step.count; ++row)
+                ASSERT_FALSE(old.contains(after[static_cast<std::size_t>(row)]))
+                    << "what stays is never made anew";
     }
 }
 
