@@ -9,13 +9,22 @@
 
 namespace tarnvale {
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto confirmedWithin = 3s;
+constexpr QLatin1String allEvents("events");
+
+} // namespace
+
 ActivityController::ActivityController(PortStore &store, const Platform &platform)
     : m_store(store),
       m_clock(platform.clock),
-      m_clearing(platform.clock),
+      m_clearing(platform.clock, confirmedWithin),
       m_updates(platform.clock, [this] { update(); }) {
     m_updates.follow(store, {&PortStore::eventsChanged});
-    connect(&m_clearing, &Confirmations::changed, this, &ActivityController::confirmClearChanged);
+    connect(&m_clearing, &MomentaryKeys::changed, this, &ActivityController::confirmClearChanged);
 }
 
 QString ActivityController::subtitle() const {
@@ -25,12 +34,12 @@ QString ActivityController::subtitle() const {
 }
 
 bool ActivityController::confirmClear() const {
-    return m_clearing.isArmed({});
+    return m_clearing.contains(allEvents);
 }
 
 void ActivityController::setShown(bool isShown) {
     if (!isShown)
-        m_clearing.forget();
+        m_clearing.clear();
     m_updates.setShown(isShown);
 }
 
@@ -58,7 +67,7 @@ void ActivityController::update() {
 }
 
 void ActivityController::clearInTwoSteps() {
-    if (m_eventCount > 0 && m_clearing.confirm({}))
+    if (m_eventCount > 0 && m_clearing.confirm(allEvents))
         m_store.clearHistory();
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/Platform.h"
-#include "presentation/pages/Confirmations.h"
-#include "presentation/pages/PageUpdates.h"
 #include "presentation/pages/SessionRows.h"
+#include "presentation/shared/MomentaryKeys.h"
+#include "presentation/shared/ViewUpdates.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -59,8 +59,8 @@ private:
     Grouping m_grouping = Grouping::process;
     int m_eventCount = 0;
     int m_sessionCount = 0;
-    Confirmations m_clearing;
-    PageUpdates m_updates;
+    MomentaryKeys m_clearing;
+    ViewUpdates m_updates;
 };
 
 } // namespace tarnvale

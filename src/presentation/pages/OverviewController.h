@@ -1,10 +1,10 @@
 #pragma once
 
-#include "presentation/pages/PageUpdates.h"
 #include "presentation/pages/StackStarter.h"
 #include "presentation/shared/PortRowsController.h"
 #include "presentation/shared/SectionRows.h"
 #include "presentation/shared/SidebarItem.h"
+#include "presentation/shared/ViewUpdates.h"
 
 #include <functional>
 #include <vector>
@@ -88,7 +88,7 @@ private:
     KeyedListModel<StackRow> m_stacks;
     Figures m_figures;
     StackStarter m_starter;
-    PageUpdates m_updates;
+    ViewUpdates m_updates;
 };
 
 /// What one says at that hour of the day, from 0 to 23.

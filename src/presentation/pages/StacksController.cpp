@@ -10,21 +10,29 @@
 
 namespace tarnvale {
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto confirmedWithin = 3s;
+
+} // namespace
+
 StacksController::StacksController(PortStore &store, const Platform &platform, FolderChooser chooser,
                                    FolderReader reader)
     : m_store(store),
       m_chooser(std::move(chooser)),
       m_newStack(store, platform, std::move(reader)),
-      m_deletions(platform.clock),
+      m_deletions(platform.clock, confirmedWithin, MomentaryKeys::Capacity::any),
       m_starter(store),
       m_updates(platform.clock, [this] { update(); }) {
     m_updates.follow(store, {&PortStore::portsChanged, &PortStore::stacksChanged});
-    connect(&m_deletions, &Confirmations::changed, this, &StacksController::update);
+    connect(&m_deletions, &MomentaryKeys::changed, this, &StacksController::update);
 }
 
 void StacksController::setShown(bool isShown) {
     if (!isShown)
-        m_deletions.forget();
+        m_deletions.clear();
     m_updates.setShown(isShown);
 }
 
@@ -35,7 +43,7 @@ void StacksController::update() {
     std::vector<StackCardRow> rows;
     for (const Stack &stack : m_store.stacks()) {
         rows.push_back(stackCardRow(stack, running, home));
-        rows.back().isArmed = m_deletions.isArmed(rows.back().id);
+        rows.back().isArmed = m_deletions.contains(rows.back().id);
     }
     m_stacks.setRows(std::move(rows));
     if (before != stackCount())

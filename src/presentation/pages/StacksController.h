@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/Platform.h"
-#include "presentation/pages/Confirmations.h"
 #include "presentation/pages/NewStackController.h"
-#include "presentation/pages/PageUpdates.h"
 #include "presentation/pages/StackCardRow.h"
 #include "presentation/pages/StackStarter.h"
 #include "presentation/pages/chooseFolder.h"
+#include "presentation/shared/MomentaryKeys.h"
+#include "presentation/shared/ViewUpdates.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -53,9 +53,9 @@ private:
     FolderChooser m_chooser;
     NewStackController m_newStack;
     KeyedListModel<StackCardRow> m_stacks;
-    Confirmations m_deletions;
+    MomentaryKeys m_deletions;
     StackStarter m_starter;
-    PageUpdates m_updates;
+    ViewUpdates m_updates;
     bool m_isChoosing = false;
 };
 

@@ -2,8 +2,6 @@
 
 #include "discovery/isDevPort.h"
 #include "platform/Clock.h"
-#include "presentation/matchesQuery.h"
-#include "presentation/shared/after.h"
 #include "store/PortStore.h"
 
 #include <algorithm>
@@ -11,11 +9,8 @@
 
 namespace tarnvale {
 
-using namespace std::chrono_literals;
-
 namespace {
 
-constexpr auto armedFor = 4s;
 constexpr std::size_t fewEvents = 6;
 constexpr std::size_t manyEvents = 30;
 
@@ -28,14 +23,16 @@ bool isStoppable(const ListeningPort &port) {
 } // namespace
 
 PortListController::PortListController(PortStore &store, const Platform &platform)
-    : PortRowsController(store, platform) {
-    for (const auto signal :
-         {&PortStore::portsChanged, &PortStore::healthChanged, &PortStore::watchedPortsChanged,
-          &PortStore::tunnelsChanged, &PortStore::showAllChanged, &PortStore::eventsChanged,
-          &PortStore::stacksChanged})
-        connect(&store, signal, this, &PortListController::scheduleUpdate);
+    : PortRowsController(store, platform),
+      m_stopAll(platform.clock, armedFor),
+      m_updates(platform.clock, [this] { update(); }) {
+    m_updates.follow(store,
+                     {&PortStore::portsChanged, &PortStore::healthChanged, &PortStore::watchedPortsChanged,
+                      &PortStore::tunnelsChanged, &PortStore::showAllChanged, &PortStore::eventsChanged,
+                      &PortStore::stacksChanged});
     connect(&store, &PortStore::showAllChanged, this, &PortListController::showAllChanged);
     connect(&store, &PortStore::errorChanged, this, &PortListController::errorChanged);
+    connect(&m_stopAll, &MomentaryKeys::changed, this, &PortListController::armedStopAllChanged);
     connect(&store, &PortStore::isMenuOpenChanged, this, &PortListController::handleOpening);
     prepare();
 }
@@ -62,30 +59,10 @@ QString PortListController::chipTitle(int filter) const {
 
 // What follows from the store.
 
-void PortListController::scheduleUpdate() {
-    if (std::exchange(m_isUpdateDue, true) || !isOpen())
-        return;
-    const auto update = [this] {
-        if (m_isUpdateDue)
-            prepare();
-    };
-    QMetaObject::invokeMethod(this, update, Qt::QueuedConnection);
-}
-
-void PortListController::prepare() {
-    m_isUpdateDue = false;
+void PortListController::update() {
     updateRows();
     updateStacks();
     updateEvents();
-}
-
-std::vector<ListeningPort> PortListController::queriedPorts() const {
-    std::vector<ListeningPort> ports = store().visiblePorts();
-    if (!m_query.trimmed().isEmpty())
-        std::erase_if(ports, [&, names = namesOf(platform())](const ListeningPort &port) {
-            return !matchesQuery(port, m_query, names);
-        });
-    return ports;
 }
 
 void PortListController::updateChips(const std::vector<ListeningPort> &queried) {
@@ -106,7 +83,7 @@ void PortListController::updateChips(const std::vector<ListeningPort> &queried) 
 
 void PortListController::updateRows() {
     const WebTest isWeb = webTestOf(store());
-    std::vector<ListeningPort> ports = queriedPorts();
+    std::vector<ListeningPort> ports = queriedPorts(store(), platform(), m_query);
     updateChips(ports);
     std::erase_if(ports, [&](const ListeningPort &port) { return !matchesFilter(port, m_filter, isWeb); });
     m_filtered = std::move(ports);
@@ -135,28 +112,13 @@ void PortListController::updateEvents() {
 }
 
 void PortListController::handleOpening() {
-    if (isOpen()) {
-        prepare();
-        keepAges();
-    } else {
-        setArmedKill({});
-        setArmedStopAll(false);
+    m_updates.setShown(isOpen());
+    if (!isOpen()) {
+        disarmKill();
+        m_stopAll.clear();
         clearHovered(hovered());
     }
     Q_EMIT isOpenChanged();
-}
-
-/// Ages grow without any scan that tells of a change.
-void PortListController::keepAges() {
-    if (std::exchange(m_keepsAges, true))
-        return;
-    after(platform().clock, 2s, this, [this] {
-        m_keepsAges = false;
-        if (!isOpen())
-            return;
-        prepare();
-        keepAges();
-    });
 }
 
 // The user's part.
@@ -235,21 +197,9 @@ bool PortListController::handleKey(int key, int modifiers, bool isRepeat) {
     return act != nullptr;
 }
 
-void PortListController::setArmedStopAll(bool isArmed) {
-    if (std::exchange(m_armedStopAll, isArmed) != isArmed)
-        Q_EMIT armedStopAllChanged();
-}
-
 void PortListController::stopVisibleInTwoSteps() {
-    if (m_armedStopAll) {
-        setArmedStopAll(false);
+    if ((armedStopAll() || !m_stoppable.empty()) && m_stopAll.confirm(QStringLiteral("visible")))
         store().stopVisible(m_filtered);
-        return;
-    }
-    if (m_stoppable.empty())
-        return;
-    setArmedStopAll(true);
-    after(platform().clock, armedFor, this, [this] { setArmedStopAll(false); });
 }
 
 void PortListController::showSystemProcesses() {

@@ -7,6 +7,7 @@
 #include "presentation/groupedRows.h"
 #include "presentation/shared/PortRowsController.h"
 #include "presentation/shared/SectionRows.h"
+#include "presentation/shared/ViewUpdates.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -62,7 +63,7 @@ public:
     [[nodiscard]] int portCount() const { return static_cast<int>(m_filtered.size()); }
     /// How many processes "Stop Visible" would stop.
     [[nodiscard]] int stoppableCount() const { return static_cast<int>(m_stoppable.size()); }
-    [[nodiscard]] bool armedStopAll() const { return m_armedStopAll; }
+    [[nodiscard]] bool armedStopAll() const { return !m_stopAll.key().isEmpty(); }
     [[nodiscard]] bool showAll() const;
     [[nodiscard]] QString error() const;
     [[nodiscard]] int stackCount() const { return m_stacks.rowCount(); }
@@ -80,7 +81,7 @@ public:
     void setShowAllRecent(bool isShown);
 
     /// Brings everything up to date with the store.
-    void prepare();
+    void prepare() { m_updates.update(); }
 
     [[nodiscard]] Q_INVOKABLE QString chipTitle(int filter) const;
 
@@ -109,18 +110,15 @@ Q_SIGNALS:
     void closeRequested();
 
 private:
-    void scheduleUpdate();
+    void update();
     void updateRows();
     void updateChips(const std::vector<ListeningPort> &queried);
     void updateEvents();
     void updateStacks();
     void handleOpening();
-    void keepAges();
-    [[nodiscard]] std::vector<ListeningPort> queriedPorts() const;
     [[nodiscard]] std::function<void()> actionOfLetter(int key, const RowEntry &row);
     [[nodiscard]] std::function<void()> actionOfKey(int key, Qt::KeyboardModifiers modifiers,
                                                     const RowEntry &row);
-    void setArmedStopAll(bool isArmed);
 
     KeyedListModel<StackRow> m_stacks;
     KeyedListModel<EventRow> m_events;
@@ -129,11 +127,10 @@ private:
     QList<int> m_chips{0};
     QString m_query;
     PortFilter m_filter = PortFilter::all;
-    bool m_armedStopAll = false;
     bool m_showRecent = false;
     bool m_showAllRecent = false;
-    bool m_isUpdateDue = false;
-    bool m_keepsAges = false;
+    MomentaryKeys m_stopAll;
+    ViewUpdates m_updates;
 };
 
 } // namespace tarnvale

@@ -3,6 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
 #include "platform/background.h"
+#include "presentation/matchesQuery.h"
 #include "presentation/shared/after.h"
 #include "presentation/shared/portMenu.h"
 #include "store/PortStore.h"
@@ -16,8 +17,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto armedFor = 4s;
-constexpr auto copiedFor = 1200ms;
 constexpr auto longestFileRead = 200ms;
 
 } // namespace
@@ -41,8 +40,24 @@ WebTest webTestOf(const PortStore &store) {
     return [&store](const ListeningPort &port) { return store.isWebPort(port); };
 }
 
+std::vector<ListeningPort> queriedPorts(const PortStore &store, const Platform &platform,
+                                        const QString &query) {
+    std::vector<ListeningPort> ports = store.visiblePorts();
+    if (!query.trimmed().isEmpty())
+        std::erase_if(ports, [&, names = namesOf(platform)](const ListeningPort &port) {
+            return !matchesQuery(port, query, names);
+        });
+    return ports;
+}
+
 PortRowsController::PortRowsController(PortStore &store, const Platform &platform)
-    : m_store(store), m_platform(platform) {}
+    : m_store(store),
+      m_platform(platform),
+      m_kills(platform.clock, armedFor),
+      m_copies(platform.clock, copiedFor) {
+    connect(&m_kills, &MomentaryKeys::changed, this, &PortRowsController::armedKillChanged);
+    connect(&m_copies, &MomentaryKeys::changed, this, &PortRowsController::copiedChanged);
+}
 
 void PortRowsController::showSections(std::vector<RowSection> sections) {
     const Instant now = m_platform.clock.now();
@@ -105,7 +120,7 @@ void PortRowsController::select(const QString &rowId) {
 }
 
 void PortRowsController::moveSelection(int step) {
-    setArmedKill({});
+    disarmKill();
     if (m_entries.empty())
         return;
     const int last = rowCount() - 1;
@@ -143,37 +158,13 @@ void PortRowsController::copyAddress(const QString &rowId) {
     if (row == nullptr)
         return;
     m_store.copyURL(row->port);
-    setCopied(rowId);
-    after(m_platform.clock, copiedFor, this, [this, rowId] {
-        if (m_copied == rowId)
-            setCopied({});
-    });
-}
-
-void PortRowsController::setCopied(const QString &rowId) {
-    if (std::exchange(m_copied, rowId) != rowId)
-        Q_EMIT copiedChanged();
-}
-
-void PortRowsController::setArmedKill(const QString &rowId) {
-    if (std::exchange(m_armedKill, rowId) != rowId)
-        Q_EMIT armedKillChanged();
+    m_copies.hold(rowId);
 }
 
 void PortRowsController::stopInTwoSteps(const QString &rowId) {
     const RowEntry *const row = entry(rowId);
-    if (row == nullptr)
-        return;
-    if (m_armedKill == rowId) {
-        setArmedKill({});
+    if (row != nullptr && m_kills.confirm(rowId))
         m_store.stop(row->port);
-        return;
-    }
-    setArmedKill(rowId);
-    after(m_platform.clock, armedFor, this, [this, rowId] {
-        if (m_armedKill == rowId)
-            setArmedKill({});
-    });
 }
 
 /// A folder on a dead network must not keep the menu away: then it comes without what lies on the disk.

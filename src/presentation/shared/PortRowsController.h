@@ -4,6 +4,7 @@
 #include "presentation/MenuEntry.h"
 #include "presentation/groupedRows.h"
 #include "presentation/shared/KeyedListModel.h"
+#include "presentation/shared/MomentaryKeys.h"
 #include "presentation/shared/PortRow.h"
 #include "presentation/shared/PortRowCache.h"
 
@@ -14,12 +15,16 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
 namespace tarnvale {
 
 class PortStore;
+
+constexpr std::chrono::milliseconds armedFor{4000};  ///< the second press of a stop
+constexpr std::chrono::milliseconds copiedFor{1200}; ///< how long something is shown as just copied
 
 /// The names of applications as the desktop of `platform` gives them, which outlives the function.
 [[nodiscard]] ApplicationName namesOf(const Platform &platform);
@@ -29,6 +34,10 @@ class PortStore;
 
 /// The test of `store` for web servers, which outlives it.
 [[nodiscard]] WebTest webTestOf(const PortStore &store);
+
+/// The visible ports of `store` that match `query`.
+[[nodiscard]] std::vector<ListeningPort> queriedPorts(const PortStore &store, const Platform &platform,
+                                                      const QString &query);
 
 /// A list of ports in sections, its state (selection, what is armed, what was copied), and what its rows can
 /// do. Which ports these are is said by who builds on it. Main thread.
@@ -55,8 +64,8 @@ public:
     [[nodiscard]] const QString &selection() const { return m_selection; } ///< a row's id; may be gone
     [[nodiscard]] int selectedIndex() const;                               ///< -1 without a selected row
     [[nodiscard]] const QString &hovered() const { return m_hovered; }
-    [[nodiscard]] const QString &armedKill() const { return m_armedKill; }
-    [[nodiscard]] const QString &copied() const { return m_copied; }
+    [[nodiscard]] QString armedKill() const { return m_kills.key(); } ///< the row that a second press stops
+    [[nodiscard]] QString copied() const { return m_copies.key(); }   ///< the row that has just been copied
 
     /// The row of that id, valid until the rows change; null when there is none.
     [[nodiscard]] const RowEntry *entry(const QString &rowId) const;
@@ -99,15 +108,13 @@ protected:
     [[nodiscard]] std::optional<bool> handleRowKey(int key, Qt::KeyboardModifiers modifiers);
     /// Shows these from now on.
     void showSections(std::vector<RowSection> sections);
-    void setArmedKill(const QString &rowId);
+    void disarmKill() { m_kills.clear(); }
     void setSelection(const QString &rowId);
 
     [[nodiscard]] PortStore &store() const { return m_store; }
     [[nodiscard]] const Platform &platform() const { return m_platform; }
 
 private:
-    void setCopied(const QString &rowId);
-
     PortStore &m_store;
     Platform m_platform;
     KeyedListModel<PortRow> m_rows;
@@ -117,8 +124,8 @@ private:
     QList<int> m_sectionCounts;
     QString m_selection;
     QString m_hovered;
-    QString m_armedKill;
-    QString m_copied;
+    MomentaryKeys m_kills;
+    MomentaryKeys m_copies;
 };
 
 } // namespace tarnvale

@@ -14,12 +14,7 @@
 
 namespace tarnvale {
 
-using namespace std::chrono_literals;
-
 namespace {
-
-constexpr auto armedFor = 4s;
-constexpr auto copiedFor = 1200ms;
 
 QString qrCodeOf(const QString &url) {
     const auto code = qrImage(url.toStdString());
@@ -32,7 +27,13 @@ QString qrCodeOf(const QString &url) {
 } // namespace
 
 InspectorController::InspectorController(PortStore &store, const Platform &platform)
-    : m_store(store), m_platform(platform), m_log(platform) {
+    : m_store(store),
+      m_platform(platform),
+      m_log(platform),
+      m_kill(platform.clock, armedFor),
+      m_copies(platform.clock, copiedFor) {
+    connect(&m_kill, &MomentaryKeys::changed, this, &InspectorController::armedKillChanged);
+    connect(&m_copies, &MomentaryKeys::changed, this, &InspectorController::copiedFieldChanged);
     for (const auto signal :
          {&PortStore::healthChanged, &PortStore::responseTimesChanged, &PortStore::watchedPortsChanged,
           &PortStore::tunnelsChanged, &PortStore::healthPathsChanged, &PortStore::cpuHistoryChanged})
@@ -45,8 +46,8 @@ void InspectorController::begin(const QString &rowId) {
     m_phoneUrl.clear();
     m_phoneCode.clear();
     m_isReading = false;
-    setArmedKill(false);
-    setCopiedField({});
+    m_kill.clear();
+    m_copies.clear();
     m_log.follow(std::nullopt);
     Q_EMIT rowIdChanged();
     Q_EMIT phoneChanged();
@@ -114,16 +115,6 @@ void InspectorController::readPhone() {
     });
 }
 
-void InspectorController::setArmedKill(bool isArmed) {
-    if (std::exchange(m_armedKill, isArmed) != isArmed)
-        Q_EMIT armedKillChanged();
-}
-
-void InspectorController::setCopiedField(const QString &field) {
-    if (std::exchange(m_copiedField, field) != field)
-        Q_EMIT copiedFieldChanged();
-}
-
 // The user's part.
 
 void InspectorController::openInBrowser() {
@@ -149,11 +140,7 @@ void InspectorController::requestMenu(const QPointF &place) {
 
 void InspectorController::copyField(const QString &field, const QString &text) {
     m_store.copyText(text.toStdString());
-    setCopiedField(field);
-    after(m_platform.clock, copiedFor, this, [this, field] {
-        if (m_copiedField == field)
-            setCopiedField({});
-    });
+    m_copies.hold(field);
 }
 
 void InspectorController::revealFolder() {
@@ -196,18 +183,8 @@ void InspectorController::openLog() {
 }
 
 void InspectorController::stopInTwoSteps() {
-    if (!m_entry)
-        return;
-    if (m_armedKill) {
-        setArmedKill(false);
+    if (m_entry && m_kill.confirm(m_rowId))
         m_store.stop(m_entry->port);
-        return;
-    }
-    setArmedKill(true);
-    after(m_platform.clock, armedFor, this, [this, id = m_rowId] {
-        if (id == m_rowId)
-            setArmedKill(false);
-    });
 }
 
 } // namespace tarnvale

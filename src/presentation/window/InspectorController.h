@@ -40,9 +40,9 @@ public:
     [[nodiscard]] bool isPresent() const { return m_entry.has_value(); }
     [[nodiscard]] const InspectorFacts &facts() const { return m_facts; }
     [[nodiscard]] QAbstractItemModel *details() { return &m_details; }
-    [[nodiscard]] bool armedKill() const { return m_armedKill; }
+    [[nodiscard]] bool armedKill() const { return m_kill.contains(m_rowId); }
     /// The label of the line that has just been copied.
-    [[nodiscard]] const QString &copiedField() const { return m_copiedField; }
+    [[nodiscard]] QString copiedField() const { return m_copies.key(); }
     [[nodiscard]] LogDocument *log() { return &m_log; }
     /// Where other devices find the port; empty without a network.
     [[nodiscard]] const QString &phoneUrl() const { return m_phoneUrl; }
@@ -87,8 +87,6 @@ private:
     void readFiles();
     void readPhone();
     void followLog();
-    void setArmedKill(bool isArmed);
-    void setCopiedField(const QString &field);
 
     PortStore &m_store;
     Platform m_platform;
@@ -98,10 +96,10 @@ private:
     InspectorFacts m_facts;
     KeyedListModel<DetailLine> m_details;
     LogDocument m_log;
-    QString m_copiedField;
+    MomentaryKeys m_kill;
+    MomentaryKeys m_copies;
     QString m_phoneUrl;
     QString m_phoneCode;
-    bool m_armedKill = false;
     bool m_isShown = false;
     bool m_isReading = false;
 };

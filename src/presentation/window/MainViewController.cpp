@@ -4,7 +4,6 @@
 #include "platform/Clock.h"
 #include "platform/Settings.h"
 #include "platform/background.h"
-#include "presentation/matchesQuery.h"
 #include "presentation/shared/after.h"
 #include "presentation/shared/hotKeyTexts.h"
 #include "presentation/window/windowRows.h"
@@ -34,11 +33,11 @@ MainViewController::MainViewController(PortStore &store, const Platform &platfor
       m_pictures(pictures),
       m_actions(std::move(actions)),
       m_ports(store, platform, pictures),
-      m_isWelcomeShown(!platform.settings.flag(hasSeenWelcome).value_or(false)) {
-    for (const auto signal :
-         {&PortStore::portsChanged, &PortStore::healthChanged, &PortStore::watchedPortsChanged,
-          &PortStore::tunnelsChanged, &PortStore::showAllChanged, &PortStore::stacksChanged})
-        connect(&store, signal, this, &MainViewController::scheduleUpdate);
+      m_isWelcomeShown(!platform.settings.flag(hasSeenWelcome).value_or(false)),
+      m_updates(platform.clock, [this] { update(); }) {
+    m_updates.follow(store,
+                     {&PortStore::portsChanged, &PortStore::healthChanged, &PortStore::watchedPortsChanged,
+                      &PortStore::tunnelsChanged, &PortStore::showAllChanged, &PortStore::stacksChanged});
     connect(&store, &PortStore::isWindowVisibleChanged, this, &MainViewController::handleVisibility);
     connect(&store, &PortStore::errorChanged, this, &MainViewController::errorChanged);
     connect(&store, &PortStore::errorChanged, this, &MainViewController::fadeError);
@@ -77,23 +76,8 @@ std::vector<RowEntry> MainViewController::allRows() const {
 
 // What follows from the store.
 
-void MainViewController::scheduleUpdate() {
-    if (std::exchange(m_isUpdateDue, true) || !m_store.isWindowVisible())
-        return;
-    const auto update = [this] {
-        if (m_isUpdateDue)
-            prepare();
-    };
-    QMetaObject::invokeMethod(this, update, Qt::QueuedConnection);
-}
-
-void MainViewController::prepare() {
-    m_isUpdateDue = false;
-    std::vector<ListeningPort> ports = m_store.visiblePorts();
-    if (!m_query.trimmed().isEmpty())
-        std::erase_if(ports, [&, names = namesOf(m_platform)](const ListeningPort &port) {
-            return !matchesQuery(port, m_query, names);
-        });
+void MainViewController::update() {
+    const std::vector<ListeningPort> ports = queriedPorts(m_store, m_platform, m_query);
     m_groups = groupedRows(ports, webTestOf(m_store));
     m_pictures.update();
     showRows();
@@ -109,35 +93,19 @@ void MainViewController::showRows() {
 }
 
 void MainViewController::updateSidebar() {
-    m_sidebar.setRows(
-        sidebarRows(m_groups, {.watched = tarnvale::rowCount(watchedRows(m_groups, m_store.watchedPorts())),
-                               .stacks = static_cast<int>(m_store.stacks().size()),
-                               .sites = static_cast<int>(m_sites.size())}));
+    m_sidebar.setRows(sidebarRows(m_groups, {.watched = watchedCount(m_groups, m_store.watchedPorts()),
+                                             .stacks = static_cast<int>(m_store.stacks().size()),
+                                             .sites = static_cast<int>(m_sites.size())}));
     Q_EMIT sidebarIndexChanged();
 }
 
 void MainViewController::handleVisibility() {
     const bool isVisible = m_store.isWindowVisible();
     m_ports.setShown(isVisible && listsPorts());
+    m_updates.setShown(isVisible);
     fadeError();
-    if (!isVisible)
-        return;
-    prepare();
-    keepAges();
-    readSites();
-}
-
-/// Ages grow without any scan that tells of a change.
-void MainViewController::keepAges() {
-    if (std::exchange(m_keepsAges, true))
-        return;
-    after(m_platform.clock, 2s, this, [this] {
-        m_keepsAges = false;
-        if (!m_store.isWindowVisible())
-            return;
-        prepare();
-        keepAges();
-    });
+    if (isVisible)
+        readSites();
 }
 
 void MainViewController::readSites() {
@@ -168,15 +136,22 @@ void MainViewController::setQuery(const QString &query) {
     if (std::exchange(m_query, query) == query)
         return;
     Q_EMIT queryChanged();
-    if (!query.isEmpty() && !listsPorts())
-        select(SidebarItem::allPorts);
+    const bool goesToPorts = !query.isEmpty() && !listsPorts();
+    if (goesToPorts)
+        m_selection = SidebarItem::allPorts;
     prepare();
+    if (goesToPorts)
+        announcePage();
 }
 
 void MainViewController::select(SidebarItem item) {
     if (std::exchange(m_selection, item) == item)
         return;
     showRows();
+    announcePage();
+}
+
+void MainViewController::announcePage() {
     m_ports.setShown(m_store.isWindowVisible() && listsPorts());
     Q_EMIT selectionChanged();
 }

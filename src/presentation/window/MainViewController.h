@@ -1,5 +1,6 @@
 #pragma once
 
+#include "presentation/shared/ViewUpdates.h"
 #include "presentation/window/PagePictures.h"
 #include "presentation/window/PortsController.h"
 #include "presentation/window/SidebarRow.h"
@@ -82,7 +83,7 @@ public:
     /// Selects the port on the page of all ports.
     void showPort(const ListeningPort &port);
     /// Brings everything up to date with the store.
-    void prepare();
+    void prepare() { m_updates.update(); }
 
     /// Goes to the page of that `SidebarItem`'s key.
     Q_INVOKABLE void navigate(const QString &itemKey);
@@ -116,11 +117,11 @@ Q_SIGNALS:
     void closeRequested();
 
 private:
-    void scheduleUpdate();
+    void update();
     void handleVisibility();
-    void keepAges();
     void readSites();
     void fadeError();
+    void announcePage();
     void showRows();
     void updateSidebar();
     [[nodiscard]] std::vector<MenuEntry> menu();
@@ -145,8 +146,7 @@ private:
     bool m_isSidebarShown = true;
     bool m_isWelcomeShown = false;
     bool m_hasReadSites = false;
-    bool m_isUpdateDue = false;
-    bool m_keepsAges = false;
+    ViewUpdates m_updates;
 };
 
 } // namespace tarnvale

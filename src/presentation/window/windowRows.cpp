@@ -29,6 +29,14 @@ std::vector<RowSection> watchedRows(const std::vector<RowSection> &groups,
     return result;
 }
 
+int watchedCount(const std::vector<RowSection> &groups, const std::set<std::int64_t> &watched) {
+    std::ptrdiff_t count = 0;
+    for (const RowSection &group : groups)
+        count +=
+            std::ranges::count_if(group.rows, [&](const RowEntry &row) { return isWatched(row, watched); });
+    return static_cast<int>(count);
+}
+
 std::vector<RowSection> rowsOf(SidebarItem item, const std::vector<RowSection> &groups,
                                const std::set<std::int64_t> &watched) {
     if (item == SidebarItem::watched)

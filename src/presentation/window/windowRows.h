@@ -15,6 +15,9 @@ namespace tarnvale {
 [[nodiscard]] std::vector<RowSection> watchedRows(const std::vector<RowSection> &groups,
                                                   const std::set<std::int64_t> &watched);
 
+/// How many rows those are.
+[[nodiscard]] int watchedCount(const std::vector<RowSection> &groups, const std::set<std::int64_t> &watched);
+
 /// The rows that go with `item`: all of them, but for a single section and for the watched ones.
 [[nodiscard]] std::vector<RowSection> rowsOf(SidebarItem item, const std::vector<RowSection> &groups,
                                              const std::set<std::int64_t> &watched);

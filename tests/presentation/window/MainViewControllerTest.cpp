@@ -219,6 +219,16 @@ TEST_F(MainViewControllerTest, stacksAreCounted) {
     EXPECT_THAT(sidebar(), Contains("stacks 1"));
 }
 
+TEST_F(MainViewControllerTest, theFirstLetterOnAPageWithoutPortsShowsTheRowsOnce) {
+    startTwo();
+    look();
+    view->select(SidebarItem::stacks);
+    const ChangeCounter showings(view.get(), &MainViewController::rowsChanged);
+    view->setQuery(QStringLiteral("s"));
+    EXPECT_EQ(view->page(), SidebarItem::allPorts);
+    EXPECT_EQ(showings.count(), 1);
+}
+
 TEST_F(MainViewControllerTest, watchedRowsAreCountedNotWatchedPorts) {
     startTwo();
     world.machine.listen(42, 3001);

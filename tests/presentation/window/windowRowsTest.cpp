@@ -33,6 +33,7 @@ protected:
 
 TEST_F(WindowRows, aWatchedPortKeepsItsRow) {
     EXPECT_THAT(ids(watchedRows(groups, {4000, 9000})), ElementsAre("2:4000", "4:9000"));
+    EXPECT_EQ(watchedCount(groups, {4000, 9000}), 2);
 }
 
 TEST_F(WindowRows, aFurtherPortKeepsItsRowToo) {
@@ -48,6 +49,7 @@ TEST_F(WindowRows, groupsThatAreLeftEmptyAreDropped) {
 TEST_F(WindowRows, whatIsWatchedButNotListeningHasNoRow) {
     EXPECT_THAT(watchedRows(groups, {1234}), IsEmpty());
     EXPECT_THAT(watchedRows(groups, {}), IsEmpty());
+    EXPECT_EQ(watchedCount(groups, {}), 0);
 }
 
 TEST_F(WindowRows, thePagesThatListNoPortsGoWithAllOfThem) {

@@ -1,4 +1,4 @@
-#include "presentation/pages/PageUpdates.h"
+#include "presentation/shared/ViewUpdates.h"
 
 #include "platform/Clock.h"
 #include "presentation/shared/after.h"
@@ -10,22 +10,22 @@ namespace tarnvale {
 
 using namespace std::chrono_literals;
 
-PageUpdates::PageUpdates(Clock &clock, std::function<void()> update)
+ViewUpdates::ViewUpdates(Clock &clock, std::function<void()> update)
     : m_clock(clock), m_update(std::move(update)) {}
 
-void PageUpdates::follow(PortStore &store, std::initializer_list<void (PortStore::*)()> changes) {
+void ViewUpdates::follow(PortStore &store, std::initializer_list<void (PortStore::*)()> changes) {
     for (const auto change : changes)
         connect(&store, change, this, [this] { schedule(); });
 }
 
-void PageUpdates::setShown(bool isShown) {
+void ViewUpdates::setShown(bool isShown) {
     if (std::exchange(m_isShown, isShown) == isShown || !isShown)
         return;
     update();
     keepAges();
 }
 
-void PageUpdates::schedule() {
+void ViewUpdates::schedule() {
     if (!m_isShown || std::exchange(m_isDue, true))
         return;
     const auto updateIfDue = [this] {
@@ -35,12 +35,12 @@ void PageUpdates::schedule() {
     QMetaObject::invokeMethod(this, updateIfDue, Qt::QueuedConnection);
 }
 
-void PageUpdates::update() {
+void ViewUpdates::update() {
     m_isDue = false;
     m_update();
 }
 
-void PageUpdates::keepAges() {
+void ViewUpdates::keepAges() {
     if (std::exchange(m_keepsAges, true))
         return;
     after(m_clock, 2s, this, [this] {
