@@ -30,8 +30,7 @@ public:
     void setRows(std::vector<Row> rows) {
         for (const ListStep &step : keyedDiff(keysOf(m_rows), keysOf(rows)))
             play(step, rows);
-        for (std::size_t row = 0; row < rows.size(); ++row)
-            change(row, std::move(rows[row]));
+        changeRows(std::move(rows));
     }
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override {
@@ -90,9 +89,27 @@ private:
         }
     }
 
-    void change(std::size_t row, Row next) {
+    /// Neighbours are told together: each telling costs the view as much as many rows do.
+    void changeRows(std::vector<Row> rows) {
+        std::size_t first = 0;
+        QList<int> changed;
+        for (std::size_t row = 0; row <= rows.size(); ++row) {
+            const QList<int> roles = row < rows.size() ? change(row, std::move(rows[row])) : QList<int>();
+            if (roles.isEmpty() && !changed.isEmpty())
+                Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(row) - 1),
+                                   std::exchange(changed, {}));
+            if (changed.isEmpty())
+                first = row;
+            for (const int role : roles)
+                if (!changed.contains(role))
+                    changed.append(role);
+        }
+    }
+
+    /// The roles that say something else then.
+    QList<int> change(std::size_t row, Row next) {
         if (m_rows[row] == next)
-            return;
+            return {};
         const Row previous = std::exchange(m_rows[row], std::move(next));
         QList<int> changed;
         int role = firstRole;
@@ -101,9 +118,7 @@ private:
                 changed.append(role);
             ++role;
         }
-        const QModelIndex index = this->index(static_cast<int>(row));
-        if (!changed.isEmpty())
-            Q_EMIT dataChanged(index, index, changed);
+        return changed;
     }
 
     std::vector<Row> m_rows;

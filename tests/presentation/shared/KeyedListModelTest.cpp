@@ -83,6 +83,22 @@ TEST_F(KeyedList, tellsOnlyTheRolesThatChanged) {
     EXPECT_EQ(changes.at(0).at(2).value<QList<int>>(), QList<int>{model.roleNames().key("number")});
 }
 
+TEST_F(KeyedList, tellsNeighboursTogether) {
+    model.setRows({row("a", 1), row("b", 2), row("c", 3), row("d", 4), row("e", 5)});
+    Row renamed = row("b", 2);
+    renamed.text = QStringLiteral("two");
+    model.setRows({row("a", 9), renamed, row("c", 3), row("d", 4), row("e", 9)});
+    const int number = model.roleNames().key("number");
+    const int label = model.roleNames().key("label");
+    ASSERT_EQ(changes.count(), 2);
+    EXPECT_EQ(changes.at(0).at(0).toModelIndex().row(), 0);
+    EXPECT_EQ(changes.at(0).at(1).toModelIndex().row(), 1);
+    EXPECT_THAT(changes.at(0).at(2).value<QList<int>>(), testing::UnorderedElementsAre(number, label));
+    EXPECT_EQ(changes.at(1).at(0).toModelIndex().row(), 4);
+    EXPECT_EQ(changes.at(1).at(1).toModelIndex().row(), 4);
+    EXPECT_EQ(changes.at(1).at(2).value<QList<int>>(), QList<int>{number});
+}
+
 TEST_F(KeyedList, saysNothingOfWhatNoRoleShows) {
     model.setRows({{.id = QStringLiteral("a"), .unseen = 1}});
     model.setRows({{.id = QStringLiteral("a"), .unseen = 2}});
