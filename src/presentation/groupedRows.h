@@ -1,12 +1,19 @@
 #pragma once
 
 #include "presentation/PortGroup.h"
+#include "presentation/matchesQuery.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace tarnvale {
+
+/// A port and the section that it belongs to.
+struct GroupedPort {
+    ListeningPort port;
+    PortGroup group = PortGroup::other;
+};
 
 /// One process in one section.
 struct RowEntry {
@@ -32,5 +39,13 @@ struct RowSection {
 /// stood; ports of one pid in one section share a row.
 [[nodiscard]] std::vector<RowSection> groupedRows(const std::vector<ListeningPort> &ports,
                                                   const WebTest &isWeb);
+
+/// Each port with its section. That takes longer than the rest, and whoever searches the same ports again and
+/// again has it done once.
+[[nodiscard]] std::vector<GroupedPort> groupedPorts(std::vector<ListeningPort> ports, const WebTest &isWeb);
+
+/// The sections of those of `ports` that are wanted.
+[[nodiscard]] std::vector<RowSection> groupedRows(const std::vector<GroupedPort> &ports,
+                                                  const PortTest &isWanted);
 
 } // namespace tarnvale

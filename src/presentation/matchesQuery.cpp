@@ -21,16 +21,22 @@ std::string forSearch(const std::string &text) {
 
 } // namespace
 
-bool matchesQuery(const ListeningPort &port, const QString &query, const ApplicationName &applicationName) {
-    const QString trimmed = query.trimmed();
-    if (trimmed.isEmpty())
-        return true;
-    const auto holds = [wanted = forSearch(trimmed)](const std::string &field) {
-        return forSearch(field).find(wanted) != std::string::npos;
+PortTest queryTest(const QString &query, const ApplicationName &applicationName) {
+    const auto wanted = forSearch(query.trimmed());
+    if (wanted.empty())
+        return [](const ListeningPort &) { return true; };
+    return [wanted, applicationName](const ListeningPort &port) {
+        const auto holds = [&](const std::string &field) {
+            return forSearch(field).find(wanted) != std::string::npos;
+        };
+        return holds(std::to_string(port.port)) || holds(port.title()) || holds(port.command) ||
+               (port.service && holds(*port.service)) ||
+               (port.hostApp && holds(applicationName(*port.hostApp))) || (port.agent && holds(*port.agent));
     };
-    return holds(std::to_string(port.port)) || holds(port.title()) || holds(port.command) ||
-           (port.service && holds(*port.service)) ||
-           (port.hostApp && holds(applicationName(*port.hostApp))) || (port.agent && holds(*port.agent));
+}
+
+bool matchesQuery(const ListeningPort &port, const QString &query, const ApplicationName &applicationName) {
+    return queryTest(query, applicationName)(port);
 }
 
 } // namespace tarnvale

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace tarnvale {
 
 /// Whether `query`, white space at its ends apart, is part of the port's number, title, command, service,
@@ -12,5 +14,11 @@ namespace tarnvale {
 /// two written one after the other. An empty query matches every port.
 [[nodiscard]] bool matchesQuery(const ListeningPort &port, const QString &query,
                                 const ApplicationName &applicationName = applicationFileName);
+
+/// Whether a port is wanted.
+using PortTest = std::function<bool(const ListeningPort &)>;
+
+/// `matchesQuery` of one query for many ports.
+[[nodiscard]] PortTest queryTest(const QString &query, const ApplicationName &applicationName);
 
 } // namespace tarnvale

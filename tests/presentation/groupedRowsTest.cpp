@@ -31,7 +31,7 @@ std::vector<std::string> outline(const std::vector<RowSection> &sections) {
 }
 
 TEST(GroupedRowsTest, noPortsMakeNoSections) {
-    EXPECT_THAT(groupedRows({}, webServers({})), IsEmpty());
+    EXPECT_THAT(groupedRows(std::vector<ListeningPort>{}, webServers({})), IsEmpty());
 }
 
 TEST(GroupedRowsTest, sectionsStandInTheirOrderAndEmptyOnesAreLeftOut) {
@@ -73,6 +73,22 @@ TEST(GroupedRowsTest, thePidAloneDecidesWhatSharesARow) {
                     {processAt(1, 8000, "php"), processAt(2, 8001, "php"), processAt(1, 8002, "python")},
                     webServers({8000, 8001, 8002}))),
                 ElementsAre("Web 1:8000+8002 2:8001"));
+}
+
+TEST(GroupedRowsTest, whatWasGroupedOnceMakesTheRowsOfEverySearch) {
+    const std::vector<ListeningPort> ports{processAt(1, 3000), processAt(1, 3001),
+                                           processAt(2, 5432, "postgres"), processAt(3, 9000, "x")};
+    int asked = 0;
+    const auto grouped =
+        groupedPorts(ports, [&](const ListeningPort &port) { return ++asked, port.port < 4000; });
+    const auto rowsOf = [&](const char *query) {
+        return outline(groupedRows(grouped, queryTest(QLatin1String(query), applicationFileName)));
+    };
+    EXPECT_THAT(rowsOf(""), ElementsAre("Web 1:3000+3001", "Databases & Services 2:5432", "Other 3:9000"));
+    EXPECT_THAT(rowsOf("3001"), ElementsAre("Web 1:3001"));
+    EXPECT_THAT(rowsOf("2"), ElementsAre("Databases & Services 2:5432"));
+    EXPECT_THAT(rowsOf("nobody"), IsEmpty());
+    EXPECT_EQ(asked, 4);
 }
 
 TEST(GroupedRowsTest, aListOfThousandsAsksOnceForEachPort) {

@@ -83,7 +83,8 @@ void PortListController::updateChips(const std::vector<ListeningPort> &queried) 
 
 void PortListController::updateRows() {
     const WebTest isWeb = webTestOf(store());
-    std::vector<ListeningPort> ports = queriedPorts(store(), platform(), m_query);
+    std::vector<ListeningPort> ports = store().visiblePorts();
+    std::erase_if(ports, std::not_fn(queryTest(m_query, namesOf(platform()))));
     updateChips(ports);
     std::erase_if(ports, [&](const ListeningPort &port) { return !matchesFilter(port, m_filter, isWeb); });
     m_filtered = std::move(ports);

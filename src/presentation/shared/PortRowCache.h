@@ -2,8 +2,8 @@
 
 #include "presentation/shared/PortRow.h"
 
-#include <map>
 #include <string>
+#include <unordered_map>
 
 namespace tarnvale {
 
@@ -28,7 +28,7 @@ private:
         unsigned lastUse = 0;
     };
 
-    std::map<std::string, Kept> m_kept; ///< by the entry's id and group
+    std::unordered_map<std::string, Kept> m_kept; ///< by the entry's id and group
     unsigned m_round = 0;
     Instant m_agedAt;
 };

@@ -3,7 +3,6 @@
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
 #include "platform/background.h"
-#include "presentation/matchesQuery.h"
 #include "presentation/shared/after.h"
 #include "presentation/shared/portMenu.h"
 #include "store/PortStore.h"
@@ -38,16 +37,6 @@ PortFacts factsOf(const PortStore &store, const ListeningPort &port) {
 
 WebTest webTestOf(const PortStore &store) {
     return [&store](const ListeningPort &port) { return store.isWebPort(port); };
-}
-
-std::vector<ListeningPort> queriedPorts(const PortStore &store, const Platform &platform,
-                                        const QString &query) {
-    std::vector<ListeningPort> ports = store.visiblePorts();
-    if (!query.trimmed().isEmpty())
-        std::erase_if(ports, [&, names = namesOf(platform)](const ListeningPort &port) {
-            return !matchesQuery(port, query, names);
-        });
-    return ports;
 }
 
 PortRowsController::PortRowsController(PortStore &store, const Platform &platform)

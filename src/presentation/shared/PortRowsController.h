@@ -35,10 +35,6 @@ constexpr std::chrono::milliseconds copiedFor{1200}; ///< how long something is 
 /// The test of `store` for web servers, which outlives it.
 [[nodiscard]] WebTest webTestOf(const PortStore &store);
 
-/// The visible ports of `store` that match `query`.
-[[nodiscard]] std::vector<ListeningPort> queriedPorts(const PortStore &store, const Platform &platform,
-                                                      const QString &query);
-
 /// A list of ports in sections, its state (selection, what is armed, what was copied), and what its rows can
 /// do. Which ports these are is said by who builds on it. Main thread.
 class PortRowsController : public QObject {

@@ -77,9 +77,13 @@ std::vector<RowEntry> MainViewController::allRows() const {
 // What follows from the store.
 
 void MainViewController::update() {
-    const std::vector<ListeningPort> ports = queriedPorts(m_store, m_platform, m_query);
-    m_groups = groupedRows(ports, webTestOf(m_store));
+    m_visible = groupedPorts(m_store.visiblePorts(), webTestOf(m_store));
     m_pictures.update();
+    search();
+}
+
+void MainViewController::search() {
+    m_groups = groupedRows(m_visible, queryTest(m_query, namesOf(m_platform)));
     showRows();
 }
 
@@ -139,7 +143,7 @@ void MainViewController::setQuery(const QString &query) {
     const bool goesToPorts = !query.isEmpty() && !listsPorts();
     if (goesToPorts)
         m_selection = SidebarItem::allPorts;
-    prepare();
+    search();
     if (goesToPorts)
         announcePage();
 }

@@ -118,6 +118,7 @@ Q_SIGNALS:
 
 private:
     void update();
+    void search();
     void handleVisibility();
     void readSites();
     void fadeError();
@@ -135,6 +136,7 @@ private:
     WindowActions m_actions;
     PortsController m_ports;
     KeyedListModel<SidebarRow> m_sidebar;
+    std::vector<GroupedPort> m_visible;
     std::vector<RowSection> m_groups;
     std::vector<LocalSites::Site> m_sites;
     SidebarItem m_selection = SidebarItem::overview;
