@@ -13,7 +13,7 @@ Item {
     property url appIcon: ""
     property real size: 32
 
-    readonly property bool hasAppIcon: application.status === Image.Ready && application.implicitWidth > 1
+    readonly property bool hasAppIcon: application.item?.isFound ?? false
     // The tint as a drawing in it can be made out: makers choose theirs for grounds of their own.
     readonly property color mark: Appearance.legible(tint, Theme.surface, Theme.dark ? 4.2 : 3.2)
 
@@ -28,13 +28,18 @@ Item {
         color: Theme.wash(root.mark, Theme.dark ? 0.24 : 0.13)
         endColor: Theme.wash(root.mark, Theme.dark ? 0.17 : 0.2)
     }
-    Image {
+    Loader {
         id: application
+        active: root.appIcon.toString() !== ""
         anchors.centerIn: parent
-        width: Math.round(root.size * 0.85)
-        height: width
-        sourceSize: Qt.size(width, height)
-        source: root.appIcon
+        sourceComponent: Image {
+            readonly property bool isFound: status === Image.Ready && implicitWidth > 1
+
+            width: Math.round(root.size * 0.85)
+            height: width
+            sourceSize: Qt.size(width, height)
+            source: root.appIcon
+        }
     }
     Symbol {
         anchors.centerIn: parent

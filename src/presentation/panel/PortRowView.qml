@@ -1,6 +1,5 @@
 // One process on its ports: tile, title with badges, subtitle, what can be done with it while it is active, and its
 // numbers. Needs the roles of the list's rows and its state; reports what the user chose.
-pragma ComponentBehavior: Bound
 import QtQuick
 import Tarnvale.Design
 import Tarnvale.Panel
@@ -132,15 +131,17 @@ Item {
         tint: root.tint.startsWith("#") ? root.tint : Theme.tint(root.tint)
         inContainer: root.inContainer
 
-        HealthDot {
+        Loader {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.rightMargin: -PanelMetrics.healthDotOverhang
             anchors.bottomMargin: -PanelMetrics.healthDotOverhang
-            size: PanelMetrics.healthDot
-            health: root.health
-            summary: root.healthSummary
-            visible: root.health !== ""
+            active: root.health !== ""
+            sourceComponent: HealthDot {
+                size: PanelMetrics.healthDot
+                health: root.health
+                summary: root.healthSummary
+            }
         }
     }
     Column {
@@ -157,7 +158,7 @@ Item {
 
             Text {
                 id: titleText
-                width: Math.min(Math.ceil(implicitWidth), texts.width - badges.width - (badges.width > 0 ? Theme.space5 : 0))
+                width: Math.min(Math.ceil(implicitWidth), texts.width - (badges.active ? badges.width + Theme.space5 : 0))
                 text: root.title
                 textFormat: Text.PlainText
                 elide: Text.ElideRight
@@ -239,12 +240,15 @@ Item {
                 label: qsTr("Port %1").arg(modelData)
             }
         }
-        PortPill {
+        Loader {
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.morePills !== ""
-            text: root.morePills
-            label: qsTr("Ports %1").arg(root.morePorts)
-            tip: root.morePorts
+            active: root.morePills !== ""
+            visible: active
+            sourceComponent: PortPill {
+                text: root.morePills
+                label: qsTr("Ports %1").arg(root.morePorts)
+                tip: root.morePorts
+            }
         }
     }
 }

@@ -13,7 +13,6 @@ Item {
 
     implicitWidth: mark.implicitWidth
     implicitHeight: mark.implicitHeight
-    anchors.verticalCenter: parent ? parent.verticalCenter : undefined
     Accessible.role: Accessible.StaticText
     Accessible.name: label
 

@@ -99,31 +99,40 @@ Rectangle {
                 anchors.right: parent.right
 
                 PageHolder {
+                    id: overviewHolder
                     isCurrent: root.view.selection === "overview"
+                    isWanted: true
                     page: OverviewPage {
                         controller: root.overview
                     }
                 }
                 PageHolder {
+                    id: portsHolder
                     isCurrent: root.view.listsPorts
+                    isWanted: overviewHolder.isMade
                     page: PortsPage {
                         ports: root.view.ports
                     }
                 }
                 PageHolder {
+                    id: stacksHolder
                     isCurrent: root.view.selection === "stacks"
+                    isWanted: portsHolder.isMade
                     page: StacksPage {
                         controller: root.stacks
                     }
                 }
                 PageHolder {
+                    id: sitesHolder
                     isCurrent: root.view.selection === "sites"
+                    isWanted: stacksHolder.isMade
                     page: SitesPage {
                         controller: root.sites
                     }
                 }
                 PageHolder {
                     isCurrent: root.view.selection === "activity"
+                    isWanted: sitesHolder.isMade
                     page: ActivityPage {
                         controller: root.activity
                     }

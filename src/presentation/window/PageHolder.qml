@@ -1,5 +1,5 @@
-// Keeps a page once it was shown, so that going back to it costs nothing and finds it as it was left. Needs the page's
-// component.
+// Keeps a page once it was made, so that going back to it costs nothing and finds it as it was left. A page that is wanted
+// is made piece by piece while nothing else is to be done; one that is shown, at once. Needs the page's component.
 import QtQuick
 
 FocusScope {
@@ -7,23 +7,27 @@ FocusScope {
 
     required property Component page
     property bool isCurrent: false
+    property bool isWanted: false
+    readonly property bool isMade: loader.status === Loader.Ready
 
     anchors.fill: parent
     visible: isCurrent
     focus: isCurrent
 
-    function keep(): void {
-        if (isCurrent)
+    function make(): void {
+        if (isCurrent || isWanted)
             loader.active = true;
     }
-    onIsCurrentChanged: keep()
-    Component.onCompleted: keep()
+    onIsCurrentChanged: make()
+    onIsWantedChanged: make()
+    Component.onCompleted: make()
 
     Loader {
         id: loader
         anchors.fill: parent
         focus: true
         active: false
+        asynchronous: !root.isCurrent
         sourceComponent: root.page
     }
 }

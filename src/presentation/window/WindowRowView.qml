@@ -89,16 +89,18 @@ Item {
         tint: root.tint.startsWith("#") ? root.tint : Theme.tint(root.tint)
         inContainer: root.inContainer
 
-        HealthDot {
+        Loader {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.rightMargin: -WindowMetrics.healthDotOverhang
             anchors.bottomMargin: -WindowMetrics.healthDotOverhang
-            size: WindowMetrics.healthDot
-            ringColor: Theme.page
-            health: root.health
-            summary: root.healthSummary
-            visible: root.health !== ""
+            active: root.health !== ""
+            sourceComponent: HealthDot {
+                size: WindowMetrics.healthDot
+                ringColor: Theme.page
+                health: root.health
+                summary: root.healthSummary
+            }
         }
     }
     Column {
@@ -114,7 +116,7 @@ Item {
             spacing: Theme.space6
 
             Text {
-                width: Math.min(Math.ceil(implicitWidth), texts.width - badges.width - (badges.width > 0 ? Theme.space6 : 0))
+                width: Math.min(Math.ceil(implicitWidth), texts.width - (badges.active ? badges.width + Theme.space6 : 0))
                 text: root.title
                 textFormat: Text.PlainText
                 elide: Text.ElideRight
@@ -176,14 +178,17 @@ Item {
             onStopChosen: root.stopChosen()
             onMenuChosen: (item, x, y) => root.menuChosen(item, x, y)
         }
-        WebPreviewImage {
+        Loader {
             anchors.verticalCenter: parent.verticalCenter
-            width: WindowMetrics.thumbWidth
-            height: WindowMetrics.thumbHeight
-            visible: root.isWeb && hasPicture && root.width > 8 * WindowMetrics.thumbWidth
-            cornerRadius: Theme.radius5
-            pictures: root.pictures
-            port: parseInt(root.pills[0])
+            active: root.isWeb && root.width > 8 * WindowMetrics.thumbWidth
+            visible: item?.hasPicture ?? false
+            sourceComponent: WebPreviewImage {
+                width: WindowMetrics.thumbWidth
+                height: WindowMetrics.thumbHeight
+                cornerRadius: Theme.radius5
+                pictures: root.pictures
+                port: parseInt(root.pills[0])
+            }
         }
         Repeater {
             model: root.pills
@@ -196,12 +201,15 @@ Item {
                 label: qsTr("Port %1").arg(modelData)
             }
         }
-        PortPill {
+        Loader {
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.morePills !== ""
-            text: root.morePills
-            label: qsTr("Ports %1").arg(root.morePorts)
-            tip: root.morePorts
+            active: root.morePills !== ""
+            visible: active
+            sourceComponent: PortPill {
+                text: root.morePills
+                label: qsTr("Ports %1").arg(root.morePorts)
+                tip: root.morePorts
+            }
         }
     }
 }

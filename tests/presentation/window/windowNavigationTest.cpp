@@ -46,6 +46,37 @@ TEST(WindowNavigation, everyPageIsReachedByAClick) {
     EXPECT_EQ(scene.warnings(), "");
 }
 
+/// The holders of the pages, whether they can be seen or not.
+std::vector<QQuickItem *> pageHolders(const QQuickItem *item) {
+    std::vector<QQuickItem *> found;
+    for (QQuickItem *child : item->childItems()) {
+        if (child->property("isWanted").isValid())
+            found.push_back(child);
+        std::ranges::copy(pageHolders(child), std::back_inserter(found));
+    }
+    return found;
+}
+
+TEST(WindowNavigation, everyPageIsMadeBeforeItIsAskedFor) {
+    WindowScene scene("full");
+    const auto holders = pageHolders(scene.window().contentItem());
+    ASSERT_EQ(holders.size(), 5u);
+    const auto isMade = [](const QQuickItem *holder) { return holder->property("isMade").toBool(); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::ranges::all_of(holders, isMade); }));
+    EXPECT_EQ(std::ranges::count_if(holders, &QQuickItem::isVisible), 1);
+    EXPECT_EQ(scene.warnings(), "");
+}
+
+TEST(WindowNavigation, aPageThatIsAskedForComesAtOnce) {
+    WindowScene scene("full");
+    scene.view().select(SidebarItem::activity);
+    const auto holders = pageHolders(scene.window().contentItem());
+    const auto shown = std::ranges::find_if(holders, &QQuickItem::isVisible);
+    ASSERT_NE(shown, holders.end());
+    EXPECT_TRUE((*shown)->property("isMade").toBool());
+    EXPECT_EQ(scene.warnings(), "");
+}
+
 TEST(WindowNavigation, everyPageIsReachedByTheArrows) {
     WindowScene scene("full");
     const QQuickItem *sidebar = scene.find("Sidebar");
