@@ -58,6 +58,11 @@ std::optional<std::string_view> brewFormulaOfUnit(std::string_view unit) {
     return unit.substr(prefix.size(), unit.size() - prefix.size() - suffix.size());
 }
 
+/// Whether that is a name that tells one project from another.
+bool isProject(const std::optional<std::string> &name) {
+    return name && !isGenericFolderName(*name);
+}
+
 } // namespace
 
 std::string ListeningPort::id() const {
@@ -115,14 +120,14 @@ std::optional<std::string> ListeningPort::projectName() const {
 }
 
 bool ListeningPort::hasProject() const {
-    const auto name = projectName();
-    return name && !isGenericFolderName(*name);
+    return isProject(projectName());
 }
 
 std::string ListeningPort::title() const {
     if (container)
         return *container;
-    return hasProject() ? *projectName() : displayName();
+    auto project = projectName();
+    return isProject(project) ? *std::move(project) : displayName();
 }
 
 std::vector<Pid> pidsOf(const std::vector<ListeningPort> &ports) {

@@ -229,15 +229,20 @@ Item {
                 }
             }
         }
+        PortPill {
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.pills[0]
+            label: qsTr("Port %1").arg(text)
+        }
         Repeater {
-            model: root.pills
+            model: root.pills.length - 1
 
             PortPill {
-                required property string modelData
+                required property int index
 
                 anchors.verticalCenter: parent?.verticalCenter
-                text: modelData
-                label: qsTr("Port %1").arg(modelData)
+                text: root.pills[index + 1] ?? ""
+                label: qsTr("Port %1").arg(text)
             }
         }
         Loader {
