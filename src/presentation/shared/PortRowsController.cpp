@@ -82,14 +82,13 @@ void PortRowsController::clearHovered(const QString &rowId) {
 }
 
 int PortRowsController::selectedIndex() const {
-    const auto isSelected = [this](const RowEntry &row) {
-        return m_selection == QString::fromStdString(row.id());
-    };
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), isSelected);
-    return found == m_entries.end() ? -1 : static_cast<int>(found - m_entries.begin());
+    const RowEntry *const selected = entry(m_selection);
+    return selected == nullptr ? -1 : static_cast<int>(selected - m_entries.data());
 }
 
 const RowEntry *PortRowsController::entry(const QString &rowId) const {
+    if (rowId.isEmpty())
+        return nullptr;
     const std::string id = rowId.toStdString();
     const auto found =
         std::find_if(m_entries.begin(), m_entries.end(), [&](const RowEntry &row) { return row.id() == id; });

@@ -1,9 +1,9 @@
 // What can be done with a row at a press: open, copy, the menu, and stop in two steps. Needs the row's facts and words;
-// reports what was chosen. Made while it is visible: a long list is full of rows that nobody points at.
+// reports what was chosen.
 import QtQuick
 import Tarnvale.Design
 
-Loader {
+Row {
     id: root
 
     required property bool isWeb
@@ -18,49 +18,46 @@ Loader {
     signal stopChosen
     signal menuChosen(item: Item, x: real, y: real)
 
-    active: visible
-    sourceComponent: Row {
-        IconButton {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.isWeb
-            title: qsTr("Open in Browser")
-            systemImage: "safari"
-            onActivated: root.openChosen()
-        }
-        IconButton {
-            anchors.verticalCenter: parent.verticalCenter
-            title: root.isCopied ? qsTr("Copied") : root.copyTip
-            systemImage: root.isCopied ? "checkmark" : "doc.on.doc"
-            tint: root.isCopied ? Theme.success : Theme.inkSecondary
-            onActivated: root.copyChosen()
-        }
-        IconButton {
-            id: more
-            anchors.verticalCenter: parent.verticalCenter
-            title: qsTr("More actions")
-            systemImage: "ellipsis"
-            Accessible.role: Accessible.ButtonMenu
-            onActivated: root.menuChosen(more, 0, more.height)
-        }
-        Item {
-            width: Theme.space2
-            height: Theme.space2
-        }
-        IconButton {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: !root.isArmed
-            title: root.stopTip
-            systemImage: "xmark"
-            onActivated: root.stopChosen()
-        }
-        ArmedButton {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.isArmed
-            title: root.confirmTitle
-            armedTitle: root.confirmTitle
-            armed: true
-            armedTip: qsTr("Click again to confirm")
-            onActivated: root.stopChosen()
-        }
+    IconButton {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isWeb
+        title: qsTr("Open in Browser")
+        systemImage: "safari"
+        onActivated: root.openChosen()
+    }
+    IconButton {
+        anchors.verticalCenter: parent.verticalCenter
+        title: root.isCopied ? qsTr("Copied") : root.copyTip
+        systemImage: root.isCopied ? "checkmark" : "doc.on.doc"
+        tint: root.isCopied ? Theme.success : Theme.inkSecondary
+        onActivated: root.copyChosen()
+    }
+    IconButton {
+        id: more
+        anchors.verticalCenter: parent.verticalCenter
+        title: qsTr("More actions")
+        systemImage: "ellipsis"
+        Accessible.role: Accessible.ButtonMenu
+        onActivated: root.menuChosen(more, 0, more.height)
+    }
+    Item {
+        width: Theme.space2
+        height: Theme.space2
+    }
+    IconButton {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: !root.isArmed
+        title: root.stopTip
+        systemImage: "xmark"
+        onActivated: root.stopChosen()
+    }
+    ArmedButton {
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isArmed
+        title: root.confirmTitle
+        armedTitle: root.confirmTitle
+        armed: true
+        armedTip: qsTr("Click again to confirm")
+        onActivated: root.stopChosen()
     }
 }

@@ -79,27 +79,27 @@ std::vector<RowEntry> MainViewController::allRows() const {
 void MainViewController::update() {
     m_visible = groupedPorts(m_store.visiblePorts(), webTestOf(m_store));
     m_pictures.update();
-    search();
-}
-
-void MainViewController::search() {
-    m_groups = groupedRows(m_visible, queryTest(m_query, namesOf(m_platform)));
     showRows();
 }
 
+std::vector<RowSection> MainViewController::groups() const {
+    return groupedRows(m_visible, queryTest(m_query, namesOf(m_platform)));
+}
+
 void MainViewController::showRows() {
-    std::vector<RowSection> rows = rowsOf(m_selection, m_groups, m_store.watchedPorts());
+    std::vector<RowSection> rows = groups();
+    updateSidebar(rows);
+    rows = rowsOf(m_selection, std::move(rows), m_store.watchedPorts());
     m_rowCount = tarnvale::rowCount(rows);
     if (listsPorts())
         m_ports.show(std::move(rows), emptyMessage(m_selection, m_query, m_store.showAll()));
-    updateSidebar();
     Q_EMIT rowsChanged();
 }
 
-void MainViewController::updateSidebar() {
-    m_sidebar.setRows(sidebarRows(m_groups, {.watched = watchedCount(m_groups, m_store.watchedPorts()),
-                                             .stacks = static_cast<int>(m_store.stacks().size()),
-                                             .sites = static_cast<int>(m_sites.size())}));
+void MainViewController::updateSidebar(const std::vector<RowSection> &groups) {
+    m_sidebar.setRows(sidebarRows(groups, {.watched = watchedCount(groups, m_store.watchedPorts()),
+                                           .stacks = static_cast<int>(m_store.stacks().size()),
+                                           .sites = static_cast<int>(m_sites.size())}));
     Q_EMIT sidebarIndexChanged();
 }
 
@@ -118,7 +118,7 @@ void MainViewController::readSites() {
     whenDone(inBackground([] { return LocalSites::all(); }), this,
              [this](const std::vector<LocalSites::Site> &sites) {
                  m_sites = sites;
-                 updateSidebar();
+                 updateSidebar(groups());
                  Q_EMIT sitesChanged();
              });
 }
@@ -143,7 +143,7 @@ void MainViewController::setQuery(const QString &query) {
     const bool goesToPorts = !query.isEmpty() && !listsPorts();
     if (goesToPorts)
         m_selection = SidebarItem::allPorts;
-    search();
+    showRows();
     if (goesToPorts)
         announcePage();
 }

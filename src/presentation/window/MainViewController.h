@@ -73,7 +73,7 @@ public:
     [[nodiscard]] PortsController *ports() { return &m_ports; }
 
     /// The rows of all visible ports that the search leaves.
-    [[nodiscard]] const std::vector<RowSection> &groups() const { return m_groups; }
+    [[nodiscard]] std::vector<RowSection> groups() const;
     /// The rows of all visible ports, whatever is searched for.
     [[nodiscard]] std::vector<RowEntry> allRows() const;
     [[nodiscard]] const std::vector<LocalSites::Site> &sites() const { return m_sites; }
@@ -118,13 +118,12 @@ Q_SIGNALS:
 
 private:
     void update();
-    void search();
     void handleVisibility();
     void readSites();
     void fadeError();
     void announcePage();
     void showRows();
-    void updateSidebar();
+    void updateSidebar(const std::vector<RowSection> &groups);
     [[nodiscard]] std::vector<MenuEntry> menu();
     void setRefreshing(bool isRefreshing);
     QCoro::Task<> refreshAndTurn();
@@ -137,7 +136,6 @@ private:
     PortsController m_ports;
     KeyedListModel<SidebarRow> m_sidebar;
     std::vector<GroupedPort> m_visible;
-    std::vector<RowSection> m_groups;
     std::vector<LocalSites::Site> m_sites;
     SidebarItem m_selection = SidebarItem::overview;
     QString m_query;

@@ -126,14 +126,18 @@ Item {
                 font.weight: Font.DemiBold
                 Accessible.ignored: true
             }
-            RowBadges {
+            Loader { // most rows have none
                 id: badges
                 anchors.verticalCenter: parent.verticalCenter
-                agent: root.agent
-                agentLogo: root.agentLogo
-                isWatched: root.isWatched
-                isExposed: root.isExposed
-                publicUrl: root.publicUrl
+                active: root.agent !== "" || root.isWatched || root.isExposed || root.publicUrl !== ""
+                visible: active
+                sourceComponent: RowBadges {
+                    agent: root.agent
+                    agentLogo: root.agentLogo
+                    isWatched: root.isWatched
+                    isExposed: root.isExposed
+                    publicUrl: root.publicUrl
+                }
             }
         }
         Text {
@@ -164,19 +168,22 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.space6
 
-        RowActions {
+        Loader { // only the row that somebody is at
             anchors.verticalCenter: parent.verticalCenter
             visible: root.isArmed || root.isHovered || (root.isSelected && root.isRoomy)
-            isWeb: root.isWeb
-            isArmed: root.isArmed
-            isCopied: root.isCopied
-            copyTip: root.copyTip
-            stopTip: root.stopTip
-            confirmTitle: root.confirmTitle
-            onOpenChosen: root.openChosen()
-            onCopyChosen: root.copyChosen()
-            onStopChosen: root.stopChosen()
-            onMenuChosen: (item, x, y) => root.menuChosen(item, x, y)
+            active: visible
+            sourceComponent: RowActions {
+                isWeb: root.isWeb
+                isArmed: root.isArmed
+                isCopied: root.isCopied
+                copyTip: root.copyTip
+                stopTip: root.stopTip
+                confirmTitle: root.confirmTitle
+                onOpenChosen: root.openChosen()
+                onCopyChosen: root.copyChosen()
+                onStopChosen: root.stopChosen()
+                onMenuChosen: (item, x, y) => root.menuChosen(item, x, y)
+            }
         }
         Loader {
             anchors.verticalCenter: parent.verticalCenter

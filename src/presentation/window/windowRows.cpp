@@ -37,16 +37,13 @@ int watchedCount(const std::vector<RowSection> &groups, const std::set<std::int6
     return static_cast<int>(count);
 }
 
-std::vector<RowSection> rowsOf(SidebarItem item, const std::vector<RowSection> &groups,
+std::vector<RowSection> rowsOf(SidebarItem item, std::vector<RowSection> groups,
                                const std::set<std::int64_t> &watched) {
     if (item == SidebarItem::watched)
         return watchedRows(groups, watched);
-    const auto group = portGroup(item);
-    if (!group)
-        return groups;
-    std::vector<RowSection> result = groups;
-    std::erase_if(result, [&](const RowSection &each) { return each.group != *group; });
-    return result;
+    if (const auto group = portGroup(item))
+        std::erase_if(groups, [&](const RowSection &each) { return each.group != *group; });
+    return groups;
 }
 
 QString emptyMessage(SidebarItem item, const QString &query, bool showsAll) {

@@ -19,7 +19,7 @@ namespace tarnvale {
 [[nodiscard]] int watchedCount(const std::vector<RowSection> &groups, const std::set<std::int64_t> &watched);
 
 /// The rows that go with `item`: all of them, but for a single section and for the watched ones.
-[[nodiscard]] std::vector<RowSection> rowsOf(SidebarItem item, const std::vector<RowSection> &groups,
+[[nodiscard]] std::vector<RowSection> rowsOf(SidebarItem item, std::vector<RowSection> groups,
                                              const std::set<std::int64_t> &watched);
 
 /// What a page of ports says when it has no rows.
