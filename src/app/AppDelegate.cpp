@@ -136,10 +136,11 @@ void AppDelegate::finishLaunching(Opening opening) {
 void AppDelegate::serve() {
     constexpr auto idle = 60s;
     m_automation.start(store(), applicationActions());
-    QTimer::singleShot(idle, this, [this] {
-        if (!m_menuBar)
-            QCoreApplication::quit();
-    });
+    m_idleWatch =
+        std::make_unique<IdleWatch>(m_automation.queue(), m_platform.platform().clock, idle, [this] {
+            if (!m_menuBar)
+                QCoreApplication::quit();
+        });
 }
 
 void AppDelegate::showWindow(const QString &activationToken) {

@@ -4,6 +4,7 @@
 #include "app/QuitSignals.h"
 #include "app/Updater.h"
 #include "commands/automation/Automation.h"
+#include "commands/automation/IdleWatch.h"
 #include "commands/hotkey/GlobalHotKey.h"
 #include "platform/SystemPlatform.h"
 #include "platform/linux/PortalAppearance.h"
@@ -70,6 +71,7 @@ private:
     std::unique_ptr<MenuBarController> m_menuBar;
     std::unique_ptr<MainWindowController> m_mainWindow;
     std::unique_ptr<SettingsWindow> m_settings;
+    std::unique_ptr<IdleWatch> m_idleWatch; ///< while it only serves
     std::unique_ptr<QuitSignals> m_signalSources;
 };
 

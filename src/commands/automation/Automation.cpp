@@ -37,7 +37,7 @@ void Automation::addSearch() {
                                     },
                                 .show = [this] { m_application->perform({}, [](const auto &) {}); }};
     new SearchProvider(&m_search, m_bus, m_target, m_queue, actions);
-    new RunnerService(&m_runner, m_bus, m_target, m_queue, actions);
+    new RunnerService(&m_runner, m_bus, m_queue, actions);
 }
 
 void Automation::start(PortStore &store, const ApplicationActions &actions) {

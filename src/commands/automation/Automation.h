@@ -34,6 +34,7 @@ public:
     void start(PortStore &store, const ApplicationActions &actions);
 
     [[nodiscard]] ApplicationService &application() { return *m_application; }
+    [[nodiscard]] ShortcutQueue &queue() { return m_queue; }
 
 private:
     void addSearch();

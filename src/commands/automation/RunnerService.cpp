@@ -35,6 +35,14 @@ RunnerMatch matchOf(const SearchResult &result, const ListeningPort &port, const
                            {QStringLiteral("actions"), QStringList{freeAction}}}};
 }
 
+QList<RunnerMatch> matchesIn(const std::vector<ListeningPort> &ports, const QStringList &terms) {
+    QList<RunnerMatch> matches;
+    for (const SearchResult &result : searchResults(ports, terms))
+        if (result.kind == SearchResult::Kind::open) // freeing is the match's action
+            matches.append(matchOf(result, *recordOf(result, ports), terms));
+    return matches;
+}
+
 } // namespace
 
 QDBusArgument &operator<<(QDBusArgument &argument, const RunnerAction &action) {
@@ -65,13 +73,9 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerMatch &matc
     return argument;
 }
 
-RunnerService::RunnerService(QObject *object, const QDBusConnection &bus, const ShortcutTarget &target,
-                             ShortcutQueue &queue, SearchActions actions)
-    : QDBusAbstractAdaptor(object),
-      m_bus(bus),
-      m_target(target),
-      m_queue(queue),
-      m_actions(std::move(actions)) {
+RunnerService::RunnerService(QObject *object, const QDBusConnection &bus, ShortcutQueue &queue,
+                             SearchActions actions)
+    : QDBusAbstractAdaptor(object), m_bus(bus), m_queue(queue), m_actions(std::move(actions)) {
     qDBusRegisterMetaType<RunnerAction>();
     qDBusRegisterMetaType<QList<RunnerAction>>();
     qDBusRegisterMetaType<RunnerMatch>();
@@ -84,16 +88,12 @@ QList<RunnerAction> RunnerService::Actions() {
              .icon = QStringLiteral("process-stop")}};
 }
 
-QList<RunnerMatch> RunnerService::Match(const QString &query) {
-    const QStringList terms = termsOf(query);
-    QList<RunnerMatch> matches;
-    if (!m_target.store)
-        return matches;
-    const auto ports = m_target.store->visiblePorts();
-    for (const SearchResult &result : searchResults(ports, terms))
-        if (result.kind == SearchResult::Kind::open) // freeing is the match's action
-            matches.append(matchOf(result, *recordOf(result, ports), terms));
-    return matches;
+QList<RunnerMatch> RunnerService::Match(const QString &query, const QDBusMessage &call) {
+    call.setDelayedReply(true);
+    m_queue.search([bus = m_bus, terms = termsOf(query), call](const std::vector<ListeningPort> &ports) {
+        bus.send(call.createReply(QVariant::fromValue(matchesIn(ports, terms))));
+    });
+    return {};
 }
 
 void RunnerService::Run(const QString &id, const QString &action, const QDBusMessage &call) {

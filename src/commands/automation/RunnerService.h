@@ -30,19 +30,18 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerAction &act
 QDBusArgument &operator<<(QDBusArgument &argument, const RunnerMatch &match);
 const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerMatch &match);
 
-/// The search of KRunner: `org.kde.krunner1`, answered from the store's last scan. A match opens its port;
-/// its action "free" frees it.
+/// The search of KRunner: `org.kde.krunner1`, answered from the store's last scan, or its first. A match
+/// opens its port; its action "free" frees it.
 class RunnerService : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.krunner1")
 public:
-    /// Adds the interface to `object`; `target` and `queue` outlive it.
-    RunnerService(QObject *object, const QDBusConnection &bus, const ShortcutTarget &target,
-                  ShortcutQueue &queue, SearchActions actions);
+    /// Adds the interface to `object`; `queue` outlives it.
+    RunnerService(QObject *object, const QDBusConnection &bus, ShortcutQueue &queue, SearchActions actions);
 
 public Q_SLOTS:
     QList<tarnvale::RunnerAction> Actions();
-    QList<tarnvale::RunnerMatch> Match(const QString &query);
+    QList<tarnvale::RunnerMatch> Match(const QString &query, const QDBusMessage &call);
     void Run(const QString &id, const QString &action, const QDBusMessage &call);
     /// The shortest query that is worth asking with.
     QVariantMap Config();
@@ -50,7 +49,6 @@ public Q_SLOTS:
 
 private:
     QDBusConnection m_bus;
-    const ShortcutTarget &m_target;
     ShortcutQueue &m_queue;
     SearchActions m_actions;
 };

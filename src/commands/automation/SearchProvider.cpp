@@ -30,16 +30,20 @@ SearchProvider::SearchProvider(QObject *object, const QDBusConnection &bus, cons
     qDBusRegisterMetaType<QList<QVariantMap>>();
 }
 
-QStringList SearchProvider::GetInitialResultSet(const QStringList &terms) {
-    QStringList ids;
-    if (m_target.store)
-        for (const SearchResult &result : searchResults(m_target.store->visiblePorts(), terms))
+QStringList SearchProvider::GetInitialResultSet(const QStringList &terms, const QDBusMessage &call) {
+    call.setDelayedReply(true);
+    m_queue.search([bus = m_bus, terms, call](const std::vector<ListeningPort> &ports) {
+        QStringList ids;
+        for (const SearchResult &result : searchResults(ports, terms))
             ids.append(result.id());
-    return ids;
+        bus.send(call.createReply(ids));
+    });
+    return {};
 }
 
-QStringList SearchProvider::GetSubsearchResultSet(const QStringList &, const QStringList &terms) {
-    return GetInitialResultSet(terms);
+QStringList SearchProvider::GetSubsearchResultSet(const QStringList &, const QStringList &terms,
+                                                  const QDBusMessage &call) {
+    return GetInitialResultSet(terms, call);
 }
 
 QList<QVariantMap> SearchProvider::GetResultMetas(const QStringList &ids) {

@@ -21,8 +21,8 @@ struct SearchActions {
     std::function<void()> show;                      ///< the user wants to see more than results
 };
 
-/// The search of GNOME Shell: `org.gnome.Shell.SearchProvider2`, answered from the store's last scan. A
-/// result opens its port; only one that says "Free port" frees.
+/// The search of GNOME Shell: `org.gnome.Shell.SearchProvider2`, answered from the store's last scan, or its
+/// first. A result opens its port; only one that says "Free port" frees.
 class SearchProvider : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.gnome.Shell.SearchProvider2")
@@ -32,8 +32,9 @@ public:
                    ShortcutQueue &queue, SearchActions actions);
 
 public Q_SLOTS:
-    QStringList GetInitialResultSet(const QStringList &terms);
-    QStringList GetSubsearchResultSet(const QStringList &previous, const QStringList &terms);
+    QStringList GetInitialResultSet(const QStringList &terms, const QDBusMessage &call);
+    QStringList GetSubsearchResultSet(const QStringList &previous, const QStringList &terms,
+                                      const QDBusMessage &call);
     /// What to show of the results that are still there.
     QList<QVariantMap> GetResultMetas(const QStringList &ids);
     void ActivateResult(const QString &id, const QStringList &terms, uint timestamp,

@@ -3,6 +3,7 @@
 namespace tarnvale {
 
 bool ShortcutQueue::takePlace() {
+    m_isUsed = true;
     if (m_waiting == mostWaiting)
         return false;
     ++m_waiting;
@@ -27,6 +28,30 @@ bool ShortcutQueue::free(std::int64_t port, std::optional<Pid> expected, FreeAns
     if (answers.size() == 1)
         runFree(freed);
     return true;
+}
+
+void ShortcutQueue::open(std::int64_t port) {
+    m_isUsed = true;
+    openPort(m_target.desktop, port);
+}
+
+void ShortcutQueue::search(SearchAnswer answer) {
+    m_isUsed = true;
+    if (!m_target.store || m_target.store->hasScanned()) {
+        answer(m_target.store ? m_target.store->visiblePorts() : std::vector<ListeningPort>());
+        return;
+    }
+    if (!takePlace()) {
+        answer({});
+        return;
+    }
+    m_searches.push_back(std::move(answer));
+    if (m_searches.size() == 1)
+        runSearches();
+}
+
+bool ShortcutQueue::takeUse() {
+    return std::exchange(m_isUsed, false) || m_waiting > 0;
 }
 
 QCoro::Task<> ShortcutQueue::runLists() {
@@ -55,6 +80,18 @@ QCoro::Task<> ShortcutQueue::runFree(Freed freed) {
     m_waiting -= answers.size();
     for (const FreeAnswer &answer : answers)
         answer(dialog);
+}
+
+QCoro::Task<> ShortcutQueue::runSearches() {
+    const QPointer<ShortcutQueue> alive(this);
+    co_await m_target.store->refresh();
+    if (!alive)
+        co_return;
+    const auto ports = m_target.store ? m_target.store->visiblePorts() : std::vector<ListeningPort>();
+    const auto answers = std::exchange(m_searches, {});
+    m_waiting -= answers.size();
+    for (const SearchAnswer &answer : answers)
+        answer(ports);
 }
 
 } // namespace tarnvale

@@ -31,6 +31,7 @@ public:
 
     using ListAnswer = std::function<void(const DevPorts &)>;
     using FreeAnswer = std::function<void(const QString &dialog)>;
+    using SearchAnswer = std::function<void(const std::vector<ListeningPort> &ports)>;
 
     /// Lists, by a scan that begins after this call. False, and no answer, when too many wait.
     [[nodiscard]] bool list(ListAnswer answer);
@@ -39,7 +40,14 @@ public:
     /// end twice. False, and no answer, when too many wait.
     [[nodiscard]] bool free(std::int64_t port, std::optional<Pid> expected, FreeAnswer answer);
 
-    void open(std::int64_t port) { openPort(m_target.desktop, port); }
+    void open(std::int64_t port);
+
+    /// Hands over the ports that a search looks through: those of the last scan, at once, or of the first one
+    /// when the program has only just started. None without a store, or when too many wait.
+    void search(SearchAnswer answer);
+
+    /// Whether somebody waits, or anything was asked since the last call of this.
+    [[nodiscard]] bool takeUse();
 
 private:
     using Freed = std::pair<std::int64_t, std::optional<Pid>>;
@@ -47,12 +55,15 @@ private:
     [[nodiscard]] bool takePlace();
     QCoro::Task<> runLists();
     QCoro::Task<> runFree(Freed freed);
+    QCoro::Task<> runSearches();
 
     const ShortcutTarget &m_target;
     std::size_t m_waiting = 0;
     bool m_isListing = false;
+    bool m_isUsed = false;
     std::vector<ListAnswer> m_lists; ///< for the next scan
     std::map<Freed, std::vector<FreeAnswer>> m_frees;
+    std::vector<SearchAnswer> m_searches; ///< for the first scan
 };
 
 } // namespace tarnvale

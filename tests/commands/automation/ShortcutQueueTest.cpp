@@ -84,6 +84,59 @@ TEST_F(ShortcutQueueTest, aFloodIsRefusedUntilSomeAreAnswered) {
     EXPECT_EQ(lists.size(), 24u);
 }
 
+/// A program that was started by the search itself.
+class FirstSearchTest : public StoreTest {
+protected:
+    FirstSearchTest() {
+        addServer(42, 3000);
+        store = std::make_unique<PortStore>(world.platform());
+        target.store = store.get();
+    }
+
+    void search() {
+        queue->search([this](const std::vector<ListeningPort> &ports) { found.push_back(ports.size()); });
+    }
+
+    ShortcutTarget target{.desktop = world.desktop, .store = nullptr};
+    std::unique_ptr<ShortcutQueue> queue = std::make_unique<ShortcutQueue>(target);
+    std::vector<std::size_t> found;
+};
+
+TEST_F(FirstSearchTest, itWaitsForTheFirstScan) {
+    search();
+    search();
+    EXPECT_THAT(found, testing::IsEmpty());
+    quiesce();
+    EXPECT_THAT(found, ElementsAre(1u, 1u));
+    search();
+    EXPECT_THAT(found, ElementsAre(1u, 1u, 1u)) << "at once";
+}
+
+TEST_F(FirstSearchTest, whoComesWhenTooManyWaitFindsNothing) {
+    for (std::size_t i = 0; i < ShortcutQueue::mostWaiting; ++i)
+        search();
+    EXPECT_THAT(found, testing::IsEmpty());
+    search();
+    EXPECT_THAT(found, ElementsAre(0u));
+    quiesce();
+    EXPECT_EQ(found.size(), ShortcutQueue::mostWaiting + 1);
+    EXPECT_EQ(found.back(), 1u);
+}
+
+TEST_F(FirstSearchTest, aStoreThatGoesMeanwhileHasNothing) {
+    search();
+    store.reset();
+    quiesce();
+    EXPECT_THAT(found, testing::Each(0u));
+}
+
+TEST_F(FirstSearchTest, aQueueThatGoesMeanwhileAnswersNobody) {
+    search();
+    queue.reset();
+    quiesce();
+    EXPECT_THAT(found, testing::IsEmpty());
+}
+
 TEST_F(ShortcutQueueTest, aQueueThatGoesAnswersNobody) {
     ASSERT_TRUE(list());
     ASSERT_TRUE(free(3000));
