@@ -27,6 +27,7 @@ test_packages=(
     dunst xvfb openbox xdotool xdg-utils trayer picom x11-xkb-utils libxcb-xtest0-dev
     desktop-file-utils appstream libglib2.0-bin
     at-spi2-core python3-pyatspi
+    xdg-desktop-portal libkf5globalaccel-bin
 )
 
 die() {

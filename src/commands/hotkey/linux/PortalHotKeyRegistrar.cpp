@@ -15,8 +15,22 @@ const QString applicationId = QStringLiteral("dev.tarnvale.Tarnvale");
 const QString shortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
 
+/// To make a session. After a restart of the portal Plasma's part of it, a program of its own, still has the
+/// session of before, which bears the same name; its refusal clears that away.
+constexpr int mostTries = 2;
+
 HotKeyFailure failureOf(const PortalAnswer &answer) {
     return answer.kind == PortalAnswer::Kind::missing ? HotKeyFailure::unavailable : HotKeyFailure::refused;
+}
+
+/// What we ask for.
+QList<PortalShortcut> listOf(const Shortcut &shortcut) {
+    PortalShortcut ours{PortalHotKeyRegistrar::shortcutId,
+                        {{QStringLiteral("description"),
+                          QCoreApplication::translate("GlobalHotKey", "Open the menu bar panel")}}};
+    if (const std::string trigger = portalTrigger(shortcut); !trigger.empty())
+        ours.properties.insert(QStringLiteral("preferred_trigger"), QString::fromStdString(trigger));
+    return {ours};
 }
 
 } // namespace
@@ -86,14 +100,19 @@ QCoro::Task<HotKeyOutcome> PortalHotKeyRegistrar::bind(Self self, Shortcut short
     if (isOver())
         co_return abandoned;
 
-    const QFuture<PortalAnswer> creating = self->createSession();
-    const PortalAnswer session = co_await creating;
-    if (isOver())
-        co_return abandoned;
+    PortalAnswer session{.kind = PortalAnswer::Kind::refused};
+    for (int tries = 0; tries < mostTries && session.kind == PortalAnswer::Kind::refused; ++tries) {
+        const QFuture<PortalAnswer> creating = self->createSession(shortcut);
+        session = co_await creating;
+        if (isOver())
+            co_return abandoned;
+    }
     if (!self->openSession(session))
         co_return std::unexpected(failureOf(session));
 
     if (occasion != HotKeyOccasion::userChoice) {
+        if (self->takeBinding(session))
+            co_return HotKeyOutcome();
         const QFuture<PortalAnswer> listing = self->listShortcuts();
         const PortalAnswer list = co_await listing;
         if (isOver())
@@ -123,9 +142,10 @@ QFuture<QDBusMessage> PortalHotKeyRegistrar::introduceOurselves() {
     return askBus(m_bus, call);
 }
 
-QFuture<PortalAnswer> PortalHotKeyRegistrar::createSession() {
+QFuture<PortalAnswer> PortalHotKeyRegistrar::createSession(const Shortcut &shortcut) {
     return m_requests.send(QStringLiteral("CreateSession"), {},
-                           {{QStringLiteral("session_handle_token"), QStringLiteral("tarnvale")}});
+                           {{QStringLiteral("session_handle_token"), QStringLiteral("tarnvale")},
+                            {QStringLiteral("shortcuts"), QVariant::fromValue(listOf(shortcut))}});
 }
 
 QFuture<PortalAnswer> PortalHotKeyRegistrar::listShortcuts() {
@@ -135,14 +155,9 @@ QFuture<PortalAnswer> PortalHotKeyRegistrar::listShortcuts() {
 
 QFuture<PortalAnswer> PortalHotKeyRegistrar::bindShortcut(const Shortcut &shortcut) {
     const QString noParentWindow;
-    PortalShortcut ours{shortcutId,
-                        {{QStringLiteral("description"),
-                          QCoreApplication::translate("GlobalHotKey", "Open the menu bar panel")}}};
-    if (const std::string trigger = portalTrigger(shortcut); !trigger.empty())
-        ours.properties.insert(QStringLiteral("preferred_trigger"), QString::fromStdString(trigger));
     return m_requests.send(QStringLiteral("BindShortcuts"),
                            {QVariant::fromValue(QDBusObjectPath(m_session)),
-                            QVariant::fromValue(QList<PortalShortcut>{ours}), noParentWindow});
+                            QVariant::fromValue(listOf(shortcut)), noParentWindow});
 }
 
 bool PortalHotKeyRegistrar::openSession(const PortalAnswer &answer) {

@@ -17,6 +17,10 @@ namespace tarnvale {
 /// desktop may ask the user, has the last word about the keys, and remembers them for us, so a combination
 /// that it already knows isn't asked for again at `start`.
 ///
+/// Plasma 5.27 (seen with 5.27.5 behind version 1.16 of the portal) takes shortcuts only together with the
+/// session, as an option "shortcuts" that nobody else knows and whose answer lists them; asked to bind, it
+/// opens its settings and answers with what it has. So they are handed over both ways.
+///
 /// When the portal restarts, what was bound is bound again. When the desktop closes the session it stays so
 /// until the next order.
 class PortalHotKeyRegistrar : public QObject, public HotKeyRegistrar {
@@ -49,7 +53,7 @@ private:
     static QCoro::Task<HotKeyOutcome> bind(Self self, Shortcut shortcut, HotKeyOccasion occasion);
 
     [[nodiscard]] QFuture<QDBusMessage> introduceOurselves();
-    [[nodiscard]] QFuture<PortalAnswer> createSession();
+    [[nodiscard]] QFuture<PortalAnswer> createSession(const Shortcut &shortcut);
     [[nodiscard]] QFuture<PortalAnswer> listShortcuts();
     [[nodiscard]] QFuture<PortalAnswer> bindShortcut(const Shortcut &shortcut);
     [[nodiscard]] bool openSession(const PortalAnswer &answer);

@@ -58,6 +58,12 @@ void FakePortal::handleRequest(const QDBusMessage &message) {
     const bool isBinding = message.member() == QLatin1String("BindShortcuts");
     if (isBinding)
         asked = qdbus_cast<QList<PortalShortcut>>(message.arguments().value(1));
+    if (message.member() == QLatin1String("CreateSession") && refusedSessions > 0) {
+        --refusedSessions;
+        m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+        respond(path, 2, {});
+        return;
+    }
     if (isHasty)
         respond(path, 0, resultsOf(message));
     m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
@@ -79,12 +85,22 @@ QVariantMap FakePortal::resultsOf(const QDBusMessage &message) {
     if (message.member() == QLatin1String("CreateSession")) {
         const QString token = optionsOf(message).value(QStringLiteral("session_handle_token")).toString();
         session = QStringLiteral("%1/session/%2/%3").arg(object, own(message.service()), token);
-        return {{QStringLiteral("session_handle"), speaksOdd ? QVariant(7) : QVariant(session)}};
+        QVariantMap results{{QStringLiteral("session_handle"), speaksOdd ? QVariant(7) : QVariant(session)}};
+        if (bindsWithSession) {
+            asked = qdbus_cast<QList<PortalShortcut>>(optionsOf(message).value(QStringLiteral("shortcuts")));
+            grant();
+            results.insert(QStringLiteral("shortcuts"), QVariant::fromValue(known));
+        }
+        return results;
     }
-    if (message.member() == QLatin1String("BindShortcuts") && code == 0 && !leavesOut)
-        for (const PortalShortcut &shortcut : asked)
-            known << FakePortal::shortcut(shortcut.id, QStringLiteral("Press ") + shortcut.id);
+    if (message.member() == QLatin1String("BindShortcuts") && code == 0 && !leavesOut && !bindsWithSession)
+        grant();
     return {{QStringLiteral("shortcuts"), QVariant::fromValue(known)}};
+}
+
+void FakePortal::grant() {
+    for (const PortalShortcut &shortcut : asked)
+        known << FakePortal::shortcut(shortcut.id, QStringLiteral("Press ") + shortcut.id);
 }
 
 void FakePortal::respond(const QString &path, uint response, const QVariantMap &results) {

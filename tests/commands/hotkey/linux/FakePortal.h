@@ -19,14 +19,16 @@ public:
     explicit FakePortal(const QDBusConnection &bus);
     ~FakePortal() override;
 
-    bool hasShortcuts = true;    ///< the interface is there
-    bool isForbidden = false;    ///< answers each call with an error
-    bool isHasty = false;        ///< the response comes before the answer to the call
-    bool speaksOdd = false;      ///< responds with values of other kinds
-    bool isAsking = false;       ///< a binding waits for `decide`
-    uint code = 0;               ///< the response to a binding: 1 and 2 are refusals
-    bool leavesOut = false;      ///< a binding is granted without our shortcut
-    QList<PortalShortcut> known; ///< what a new session lists
+    bool hasShortcuts = true;      ///< the interface is there
+    bool isForbidden = false;      ///< answers each call with an error
+    bool isHasty = false;          ///< the response comes before the answer to the call
+    bool speaksOdd = false;        ///< responds with values of other kinds
+    bool isAsking = false;         ///< a binding waits for `decide`
+    uint code = 0;                 ///< the response to a binding: 1 and 2 are refusals
+    bool leavesOut = false;        ///< a binding is granted without our shortcut
+    int refusedSessions = 0;       ///< so many of the next sessions aren't made
+    bool bindsWithSession = false; ///< as Plasma 5.27: a session takes shortcuts, a binding none
+    QList<PortalShortcut> known;   ///< what a new session lists
 
     QStringList calls; ///< the methods that were called, in order
     QList<PortalShortcut> asked;
@@ -46,6 +48,7 @@ public:
 
 private:
     void handleRequest(const QDBusMessage &message);
+    void grant();
     void respond(const QString &path, uint response, const QVariantMap &results);
     [[nodiscard]] QVariantMap resultsOf(const QDBusMessage &message);
 

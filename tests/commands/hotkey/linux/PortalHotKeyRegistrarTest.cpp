@@ -91,6 +91,25 @@ TEST_F(PortalHotKeyRegistrarTest, whatTheDesktopRemembersIsntAskedForAgain) {
     EXPECT_EQ(presses(), 1);
 }
 
+TEST_F(PortalHotKeyRegistrarTest, aPortalMayTakeTheShortcutWithTheSession) {
+    m_portal->bindsWithSession = true;
+    ASSERT_TRUE(isGranted());
+    EXPECT_EQ(m_portal->calls, (QStringList{"Register", "CreateSession"})) << "the user is left alone";
+    ASSERT_EQ(m_portal->asked.size(), 1);
+    EXPECT_EQ(m_portal->asked.front().properties["preferred_trigger"], QStringLiteral("ALT+LOGO+p"));
+    EXPECT_EQ(m_registrar->availability().trigger, "Press toggle-panel");
+    m_portal->activate(ours);
+    EXPECT_EQ(presses(), 1);
+}
+
+TEST_F(PortalHotKeyRegistrarTest, suchAPortalShowsItsSettingsToWhoChooses) {
+    m_portal->bindsWithSession = true;
+    ASSERT_TRUE(isGranted(HotKeyOccasion::userChoice));
+    EXPECT_TRUE(m_portal->calls.contains("BindShortcuts"));
+    m_portal->activate(ours);
+    EXPECT_EQ(presses(), 1);
+}
+
 TEST_F(PortalHotKeyRegistrarTest, aChoiceOfTheUserIsAlwaysAskedFor) {
     m_portal->known = {FakePortal::shortcut(ours)};
     ASSERT_TRUE(isGranted(HotKeyOccasion::userChoice));
@@ -209,6 +228,19 @@ TEST_F(PortalHotKeyRegistrarTest, aPortalThatComesBackIsAskedAgain) {
     m_bus.settle();
     m_portal->activate(ours);
     EXPECT_EQ(presses(), 1);
+}
+
+TEST_F(PortalHotKeyRegistrarTest, aPortalThatStillHasTheOldSessionIsAskedOnceMore) {
+    m_portal->refusedSessions = 1;
+    ASSERT_TRUE(isGranted());
+    m_portal->activate(ours);
+    EXPECT_EQ(presses(), 1);
+}
+
+TEST_F(PortalHotKeyRegistrarTest, aPortalThatMakesNoSessionRefuses) {
+    m_portal->refusedSessions = 10;
+    EXPECT_EQ(failure(), HotKeyFailure::refused);
+    EXPECT_EQ(m_portal->calls.count("CreateSession"), 2);
 }
 
 TEST_F(PortalHotKeyRegistrarTest, aPortalThatComesIsntAskedForWhatNobodyHas) {
