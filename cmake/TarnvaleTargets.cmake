@@ -25,6 +25,9 @@ function(tarnvale_target target)
         # of them behind precompiled headers.
         target_compile_options(${target} PRIVATE -Wno-tsan -Wno-restrict -Wno-stringop-overflow
             -Wno-stringop-overread -Wno-array-bounds)
+        if(TARNVALE_UNIFIED) # the frames of coroutines hold lambdas, which have no linkage
+            target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+        endif()
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         # libstdc++ 12 offers std::expected only to compilers that claim this version of concepts.

@@ -10,7 +10,7 @@ namespace tarnvale {
 namespace {
 
 const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString object = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalObject = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
 
 const QString freedesktop = QStringLiteral("org.freedesktop.appearance");
@@ -98,7 +98,7 @@ AppearanceReader::AppearanceReader(const QDBusConnection &bus) : m_bus(bus) {
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &AppearanceReader::onOwnerChanged);
     qRegisterMetaType<QDBusVariant>(); // before the first connection with one, or Qt refuses it
     // No sender is named here: Qt would ask the bus for its owner and wait. The slot checks it instead.
-    m_bus.connect(QString(), object, interface, QStringLiteral("SettingChanged"), this,
+    m_bus.connect(QString(), portalObject, interface, QStringLiteral("SettingChanged"), this,
                   SLOT(onSettingChanged(QString, QString, QDBusVariant, QDBusMessage)));
     ask();
 }
@@ -120,7 +120,7 @@ void AppearanceReader::onSettingChanged(const QString &space, const QString &key
 void AppearanceReader::ask() {
     if (!m_bus.isConnected())
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(service, object, interface, QStringLiteral("ReadAll"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, portalObject, interface, QStringLiteral("ReadAll"));
     call.setArguments({QStringList{freedesktop, gnome, gnomeAccess, kdeGeneral, kdeMotion}});
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, question = ++m_question] {

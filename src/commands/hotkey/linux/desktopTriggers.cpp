@@ -18,7 +18,7 @@ struct Modifier {
     int qt;
 };
 
-constexpr std::array modifiers{
+constexpr std::array modifierNames{
     Modifier{CarbonModifier::control, "CTRL", Qt::ControlModifier},
     Modifier{CarbonModifier::option, "ALT", Qt::AltModifier},
     Modifier{CarbonModifier::shift, "SHIFT", Qt::ShiftModifier},
@@ -51,7 +51,7 @@ std::string portalTrigger(const Shortcut &shortcut) {
     if (named == nullptr && character == 0)
         return {};
     std::string trigger;
-    for (const Modifier &modifier : modifiers)
+    for (const Modifier &modifier : modifierNames)
         if ((shortcut.carbonModifiers & modifier.bit) != 0)
             trigger += std::string(modifier.name) + "+";
     return trigger + (named != nullptr ? named->keysym : keysymName(character));
@@ -63,7 +63,7 @@ std::optional<int> qtKeyCombination(const Shortcut &shortcut) {
     if (named == nullptr && character == 0)
         return std::nullopt;
     int combination = named != nullptr ? named->qtKey : static_cast<int>(character);
-    for (const Modifier &modifier : modifiers)
+    for (const Modifier &modifier : modifierNames)
         if ((shortcut.carbonModifiers & modifier.bit) != 0)
             combination |= modifier.qt;
     return combination;
