@@ -9,11 +9,8 @@
 
 namespace tarnvale {
 
-using namespace std::chrono_literals;
-
 namespace {
 
-constexpr auto confirmedWithin = 3s;
 constexpr QLatin1String allEvents("events");
 
 } // namespace

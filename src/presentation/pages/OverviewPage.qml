@@ -151,7 +151,7 @@ PageFrame {
                     health: cell.health
                     healthSummary: cell.healthSummary
                     port: cell.pills[0] ?? ""
-                    activeFocusOnTab: cell.isCurrent
+                    activeFocusOnTab: cell.isCurrent || activeFocus
                     onActivated: root.controller.showPort(cell.rowId)
                     onOpenChosen: root.controller.openInBrowser(cell.rowId)
                     onMenuChosen: (x, y) => root.menuAt(card, cell.rowId, x, y)

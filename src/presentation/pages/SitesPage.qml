@@ -42,7 +42,7 @@ Item {
                 sourceComponent: SiteCard {
                     domain: cell.domain
                     isSecured: cell.isSecured
-                    activeFocusOnTab: cell.isCurrent
+                    activeFocusOnTab: cell.isCurrent || activeFocus
                     onActivated: root.controller.open(cell.siteUrl)
                 }
             }

@@ -10,14 +10,6 @@
 
 namespace tarnvale {
 
-using namespace std::chrono_literals;
-
-namespace {
-
-constexpr auto confirmedWithin = 3s;
-
-} // namespace
-
 StacksController::StacksController(PortStore &store, const Platform &platform, FolderChooser chooser,
                                    FolderReader reader)
     : m_store(store),

@@ -11,6 +11,10 @@ namespace tarnvale {
 
 class Clock;
 
+constexpr std::chrono::milliseconds armedFor{4000};        ///< a stop, for its second press
+constexpr std::chrono::milliseconds confirmedWithin{3000}; ///< a deletion, for its second press
+constexpr std::chrono::milliseconds copiedFor{1200};       ///< what is shown as just copied
+
 /// Keys that are held for a while only: what is armed for its second press, what has just been copied. Main
 /// thread.
 class MomentaryKeys : public QObject {

@@ -15,16 +15,12 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include <chrono>
 #include <optional>
 #include <vector>
 
 namespace tarnvale {
 
 class PortStore;
-
-constexpr std::chrono::milliseconds armedFor{4000};  ///< the second press of a stop
-constexpr std::chrono::milliseconds copiedFor{1200}; ///< how long something is shown as just copied
 
 /// The names of applications as the desktop of `platform` gives them, which outlives the function.
 [[nodiscard]] ApplicationName namesOf(const Platform &platform);
