@@ -120,7 +120,8 @@ void AppearanceReader::onSettingChanged(const QString &space, const QString &key
 void AppearanceReader::ask() {
     if (!m_bus.isConnected())
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(service, portalObject, interface, QStringLiteral("ReadAll"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service, portalObject, interface, QStringLiteral("ReadAll"));
     call.setArguments({QStringList{freedesktop, gnome, gnomeAccess, kdeGeneral, kdeMotion}});
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, question = ++m_question] {
