@@ -4,9 +4,9 @@
 #include "updates/safeFileName.h"
 
 #include <QDir>
-#include <QStorageInfo>
 
 #include <cerrno>
+#include <filesystem>
 #include <unistd.h>
 #include <utility>
 
@@ -31,8 +31,9 @@ bool isTaken(const QString &path) {
 }
 
 bool hasRoom(const QString &folder, std::int64_t length) {
-    const QStorageInfo disk(folder);
-    return !disk.isValid() || disk.bytesAvailable() < 0 || disk.bytesAvailable() >= length;
+    std::error_code error; // a disk that doesn't tell may have it
+    const auto space = std::filesystem::space(QFile::encodeName(folder).toStdString(), error);
+    return error || std::cmp_greater_equal(space.available, length);
 }
 
 } // namespace
