@@ -68,6 +68,8 @@ TEST_F(ApplicationServiceModeTest, theRunnerThatStartsItFindsWhatRuns) {
     ASSERT_FALSE(matches.atEnd());
     matches.beginStructure();
     matches >> id;
+    matches.endStructure();
+    matches.endArray();
     EXPECT_EQ(id, result());
 }
 
