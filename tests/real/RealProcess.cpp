@@ -84,18 +84,22 @@ public:
     void TearDown() override {
         kill(m_guard, SIGKILL);
         waitpid(m_guard, nullptr, 0);
-        while (waitpid(-1, nullptr, WNOHANG) > 0) {
-        }
+        eventually([] { return !hasChild(); }, 5s); // what a bus has started ends some moments after it
         for (const Pid pid : childrenOf(getpid())) {
-            const std::string words = readFile("/proc/" + std::to_string(pid) + "/cmdline");
-            if (!words.empty()) // else it has just ended
-                ADD_FAILURE() << "left behind: " << words;
+            ADD_FAILURE() << "left behind: " << readFile("/proc/" + std::to_string(pid) + "/cmdline");
             kill(pid, SIGKILL);
             waitpid(pid, nullptr, 0);
         }
     }
 
 private:
+    /// Whether there is one that hasn't ended.
+    static bool hasChild() {
+        while (waitpid(-1, nullptr, WNOHANG) > 0) {
+        }
+        return !childrenOf(getpid()).empty();
+    }
+
     Pid m_guard = -1;
 };
 

@@ -237,6 +237,7 @@ TEST_F(MenuBar, rowsThatComeAndGoMoveOnlyTheBottomEdge) {
 TEST_F(MenuBar, aPanelThatChangedWhileClosedOpensAtItsSize) {
     menuBar->open();
     menuBar->close();
+    quiesce();
     const QRect before = panel().geometry();
     for (int number = 0; number < 3; ++number)
         addServer(50 + number, 4000 + number, "node api.js", "/home/me/api-" + std::to_string(number));
