@@ -29,5 +29,6 @@ FocusScope {
         active: false
         asynchronous: !root.isCurrent
         sourceComponent: root.page
+        onLoaded: item.focus = true // one that is made out of sight would have none
     }
 }

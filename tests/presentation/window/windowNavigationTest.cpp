@@ -67,6 +67,20 @@ TEST(WindowNavigation, everyPageIsMadeBeforeItIsAskedFor) {
     EXPECT_EQ(scene.warnings(), "");
 }
 
+TEST(WindowNavigation, aPageThatWasMadeBeforeTakesTheKeysOfTheSearch) {
+    WindowScene scene("full");
+    const auto holders = pageHolders(scene.window().contentItem());
+    const auto isMade = [](const QQuickItem *holder) { return holder->property("isMade").toBool(); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return std::ranges::all_of(holders, isMade); }));
+    scene.press(Qt::Key_F, Qt::ControlModifier);
+    scene.type(QStringLiteral("shop"));
+    scene.press(Qt::Key_Down);
+    EXPECT_TRUE(isWithin(focused(scene), scene.find("PortRowList")));
+    scene.press(Qt::Key_Down);
+    EXPECT_EQ(scene.ports().selectedIndex(), 0);
+    EXPECT_EQ(scene.warnings(), "");
+}
+
 TEST(WindowNavigation, aPageThatIsAskedForComesAtOnce) {
     WindowScene scene("full");
     scene.view().select(SidebarItem::activity);
