@@ -63,11 +63,12 @@ TEST_F(ApplicationStartTest, withoutASessionBusItWorksAndIsStillTheOnlyOne) {
     const std::vector<std::string> noBus{"DBUS_SESSION_BUS_ADDRESS=unix:path=" + desktop.folder.path("gone")};
     application = std::make_unique<RealApplication>(desktop, std::vector<std::string>(), noBus);
     ASSERT_TRUE(application->says("registered ⌥⌘P")) << state();
+    // The panel comes first: a window that is only just coming up would take the keyboard from it.
+    desktop.press({"alt+super+p"});
+    EXPECT_TRUE(waitFor([this] { return isShown("^Tarnvale$"); })) << state();
     const ProgramRun second = startWith(noBus);
     EXPECT_EQ(second.status, 0) << second.error;
     EXPECT_TRUE(waitFor([this] { return isShown("^Overview"); })) << state();
-    desktop.press({"alt+super+p"});
-    EXPECT_TRUE(waitFor([this] { return isShown("^Tarnvale$"); })) << state();
     EXPECT_EQ(application->end(), 0) << state();
 }
 
