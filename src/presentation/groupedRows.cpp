@@ -11,12 +11,12 @@ struct SectionInMaking {
     RowSection section;
     std::unordered_map<Pid, std::size_t> rowOfPid;
 
-    void add(const ListeningPort &port) {
-        const auto [known, isNew] = rowOfPid.try_emplace(port.pid, section.rows.size());
+    void add(const Shared<ListeningPort> &port) {
+        const auto [known, isNew] = rowOfPid.try_emplace(port->pid, section.rows.size());
         if (isNew)
             section.rows.push_back({port, {}, section.group == PortGroup::web});
         else
-            section.rows[known->second].otherPorts.push_back(port.port);
+            section.rows[known->second].otherPorts.push_back(port->port);
     }
 };
 
@@ -27,7 +27,7 @@ public:
             of(group).section.group = group;
     }
 
-    void add(const ListeningPort &port, PortGroup group) { of(group).add(port); }
+    void add(const Shared<ListeningPort> &port, PortGroup group) { of(group).add(port); }
 
     std::vector<RowSection> take() {
         std::vector<RowSection> result;
@@ -65,7 +65,7 @@ std::vector<GroupedPort> groupedPorts(std::vector<ListeningPort> ports, const We
 std::vector<RowSection> groupedRows(const std::vector<GroupedPort> &ports, const PortTest &isWanted) {
     SectionsInMaking sections;
     for (const GroupedPort &each : ports)
-        if (isWanted(each.port))
+        if (isWanted(*each.port))
             sections.add(each.port, each.group);
     return sections.take();
 }

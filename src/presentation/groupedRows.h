@@ -1,6 +1,7 @@
 #pragma once
 
 #include "presentation/PortGroup.h"
+#include "presentation/Shared.h"
 #include "presentation/matchesQuery.h"
 
 #include <cstdint>
@@ -11,18 +12,18 @@ namespace tarnvale {
 
 /// A port and the section that it belongs to.
 struct GroupedPort {
-    ListeningPort port;
+    Shared<ListeningPort> port;
     PortGroup group = PortGroup::other;
 };
 
 /// One process in one section.
 struct RowEntry {
-    ListeningPort port;                   ///< its first port there, the row's face
+    Shared<ListeningPort> port;           ///< its first port there, the row's face
     std::vector<std::int64_t> otherPorts; ///< its further port numbers there, in list order
     bool isWeb = false;                   ///< the row stands in the web section
 
     /// The face's `ListeningPort::id()`.
-    [[nodiscard]] std::string id() const { return port.id(); }
+    [[nodiscard]] std::string id() const { return port->id(); }
 
     bool operator==(const RowEntry &) const = default;
 };

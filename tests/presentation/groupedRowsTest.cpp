@@ -49,7 +49,7 @@ TEST(GroupedRowsTest, onePidHasOneRowInEachSection) {
     const auto sections =
         groupedRows({processAt(1, 3000), processAt(1, 3001), database}, webServers({3000, 3001}));
     EXPECT_THAT(outline(sections), ElementsAre("Web 1:3000+3001", "Databases & Services 1:5432"));
-    EXPECT_EQ(sections[0].rows[0].port, processAt(1, 3000));
+    EXPECT_EQ(*sections[0].rows[0].port, processAt(1, 3000));
 }
 
 TEST(GroupedRowsTest, onlyRowsOfTheWebSectionAreWeb) {

@@ -1,5 +1,6 @@
 // A page that has nothing to show: symbol, title and message in its middle. Needs all three.
 import QtQuick
+import Tarnvale.Design
 
 Item {
     id: root

@@ -1,6 +1,7 @@
 // What stands where a list has nothing to show: a symbol, a title and perhaps one thing to do. Needs symbol and
 // title. Reports `activated` when the action is chosen.
 import QtQuick
+import Tarnvale.Design
 
 Column {
     id: root

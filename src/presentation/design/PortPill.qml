@@ -1,4 +1,4 @@
-// A port's number, or "+3" for more of them, as a small pill. Needs the text; a prominent one is darker.
+// A port's number as a small pill. Needs the text; a prominent one is darker.
 import QtQuick
 import Tarnvale.Design
 
@@ -8,7 +8,6 @@ RoundRect {
     required property string text
     property bool prominent: false
     property string label: text // for screen readers
-    property string tip: ""
 
     implicitWidth: Math.ceil(number.implicitWidth) + 2 * Theme.space7
     implicitHeight: Theme.controlHeight - Theme.space2
@@ -27,13 +26,5 @@ RoundRect {
         font.pixelSize: Theme.size115
         font.weight: Font.DemiBold
         Accessible.ignored: true
-    }
-    HoverHandler {
-        id: hover
-        enabled: root.tip !== ""
-    }
-    HoverTip {
-        text: root.tip
-        hovered: hover.hovered
     }
 }

@@ -1,14 +1,10 @@
 #include "presentation/design/RoundRect.h"
 
-#include <QCache>
-#include <QImage>
+#include "presentation/design/PictureCache.h"
+
 #include <QPainter>
-#include <QQuickWindow>
-#include <QSGImageNode>
 
 #include <algorithm>
-#include <tuple>
-#include <utility>
 
 namespace tarnvale {
 
@@ -50,11 +46,23 @@ QImage paintedPicture(const QSize &pixels, double scale, const RoundRect::Looks 
     return image.copy(); // without the painter's own memory, which stays with an image
 }
 
-/// Many parts of a page look the same, so they share a picture. Main thread, or the one that draws while the
-/// main thread waits.
-QImage picture(const QSize &pixels, double scale, const RoundRect::Looks &looks) {
+} // namespace
+
+RoundRect::RoundRect(QQuickItem *parent) : PictureItem(parent) {
+    connect(this, &RoundRect::looksChanged, this, &QQuickItem::update);
+}
+
+QImage RoundRect::picture(double scale) const {
     constexpr int mostBytes = 4 << 20;
-    static QCache<std::size_t, std::pair<PictureKey, QImage>> cache(mostBytes);
+    static PictureCache<PictureKey> cache(mostBytes);
+    if (m_color.alpha() == 0 && !m_endColor.isValid() && (m_strokeWidth <= 0 || m_strokeColor.alpha() == 0))
+        return {};
+    const Looks looks{.color = m_color,
+                      .endColor = m_endColor,
+                      .strokeColor = m_strokeColor,
+                      .strokeWidth = m_strokeWidth,
+                      .radius = m_radius};
+    const QSize pixels = (size() * scale).toSize().expandedTo({1, 1});
     const PictureKey key{pixels.width(),
                          pixels.height(),
                          scale,
@@ -63,49 +71,7 @@ QImage picture(const QSize &pixels, double scale, const RoundRect::Looks &looks)
                          looks.strokeColor.rgba(),
                          looks.strokeWidth,
                          looks.radius};
-    const std::size_t hash = std::apply([](const auto &...parts) { return qHashMulti(0, parts...); }, key);
-    if (const auto *known = cache.object(hash); known != nullptr && known->first == key)
-        return known->second;
-    QImage image = paintedPicture(pixels, scale, looks);
-    cache.insert(hash, new std::pair(key, image), static_cast<int>(image.sizeInBytes()));
-    return image;
-}
-
-} // namespace
-
-RoundRect::RoundRect(QQuickItem *parent) : QQuickItem(parent) {
-    setFlag(ItemHasContents);
-    connect(this, &RoundRect::looksChanged, this, &QQuickItem::update);
-}
-
-QSGNode *RoundRect::updatePaintNode(QSGNode *node, UpdatePaintNodeData *) {
-    const bool isSeen =
-        m_color.alpha() > 0 || m_endColor.isValid() || (m_strokeWidth > 0 && m_strokeColor.alpha() > 0);
-    if (width() <= 0 || height() <= 0 || !isSeen) {
-        delete node;
-        return nullptr;
-    }
-    const Looks looks{.color = m_color,
-                      .endColor = m_endColor,
-                      .strokeColor = m_strokeColor,
-                      .strokeWidth = m_strokeWidth,
-                      .radius = m_radius};
-    auto *image = static_cast<QSGImageNode *>(node);
-    if (image == nullptr) {
-        image = window()->createImageNode();
-        image->setOwnsTexture(true);
-    }
-    const double scale = window()->effectiveDevicePixelRatio();
-    const QSize pixels = (size() * scale).toSize().expandedTo({1, 1});
-    image->setTexture(window()->createTextureFromImage(picture(pixels, scale, looks)));
-    image->setRect(QRectF(QPointF(), QSizeF(pixels) / scale));
-    return image;
-}
-
-void RoundRect::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
-    QQuickItem::geometryChange(newGeometry, oldGeometry);
-    if (newGeometry.size() != oldGeometry.size())
-        update();
+    return cache.picture(key, [&] { return paintedPicture(pixels, scale, looks); });
 }
 
 } // namespace tarnvale

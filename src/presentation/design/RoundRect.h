@@ -1,15 +1,15 @@
 #pragma once
 
+#include "presentation/design/PictureItem.h"
+
 #include <QColor>
-#include <QQmlEngine>
-#include <QQuickItem>
 
 namespace tarnvale {
 
 /// A rectangle with round corners, an edge within its bounds, and perhaps a second colour that it turns to
 /// towards its lower end. Unlike `Rectangle` it has no seams where the screen's scale is not a whole number:
 /// it is one picture, of whole pixels.
-class RoundRect : public QQuickItem {
+class RoundRect : public PictureItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY looksChanged)
@@ -33,8 +33,7 @@ Q_SIGNALS:
     void looksChanged();
 
 protected:
-    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *) override;
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    [[nodiscard]] QImage picture(double scale) const override;
 
 private:
     QColor m_color = Qt::white;

@@ -1,6 +1,6 @@
 #include "presentation/design/registerDesign.h"
 
-#include "presentation/design/SymbolProvider.h"
+#include "presentation/design/IconProvider.h"
 
 #include <QPointer>
 #include <QQmlComponent>
@@ -25,7 +25,6 @@ QPointer<QQmlEngine> &themeEngine() {
 void registerDesign(QQmlEngine &engine) {
     qml_register_types_Tarnvale_Design();
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
     themeEngine() = &engine;
 }

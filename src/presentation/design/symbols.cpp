@@ -23,24 +23,24 @@ enum class Look : std::uint8_t {
     logo, ///< filled as it comes
 };
 
-struct Symbol {
+struct Drawing {
     std::string_view name;
     std::string_view file;
     Look look;
 };
 
-constexpr auto symbols = std::to_array<Symbol>({
+constexpr auto symbols = std::to_array<Drawing>({
 #include "presentation/design/symbols.inl"
 });
 
-const Symbol *findSymbol(QStringView name) {
-    const auto *found = std::ranges::find_if(symbols, [&](const Symbol &symbol) {
+const Drawing *findSymbol(QStringView name) {
+    const auto *found = std::ranges::find_if(symbols, [&](const Drawing &symbol) {
         return name == QLatin1String(symbol.name.data(), static_cast<qsizetype>(symbol.name.size()));
     });
     return found == symbols.end() ? nullptr : found;
 }
 
-QString fileOf(const Symbol &symbol) {
+QString fileOf(const Drawing &symbol) {
     const QString folder = symbol.look == Look::logo ? QStringLiteral("logos/") : QStringLiteral("symbols/");
     return QStringLiteral(":/tarnvale/") + folder +
            QString::fromUtf8(symbol.file.data(), static_cast<qsizetype>(symbol.file.size())) +
@@ -119,17 +119,17 @@ QByteArray readDrawing(const QString &path, double stroke) {
 
 std::vector<std::string_view> symbolNames() {
     std::vector<std::string_view> names;
-    std::ranges::transform(symbols, std::back_inserter(names), &Symbol::name);
+    std::ranges::transform(symbols, std::back_inserter(names), &Drawing::name);
     return names;
 }
 
 QString symbolFile(QStringView name) {
-    const Symbol *symbol = findSymbol(name);
+    const Drawing *symbol = findSymbol(name);
     return symbol == nullptr ? QString() : fileOf(*symbol);
 }
 
 QImage renderSymbol(QStringView name, int side, const SymbolStyle &style) {
-    const Symbol *symbol = findSymbol(name);
+    const Drawing *symbol = findSymbol(name);
     if (symbol == nullptr || side <= 0)
         return {};
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);

@@ -134,7 +134,7 @@ PageFrame {
                 required property bool isWeb
                 required property string health
                 required property string healthSummary
-                required property list<string> pills
+                required property string pill
 
                 cards: grid
                 sourceComponent: RunningCard {
@@ -150,7 +150,7 @@ PageFrame {
                     isWeb: cell.isWeb
                     health: cell.health
                     healthSummary: cell.healthSummary
-                    port: cell.pills[0] ?? ""
+                    port: cell.pill
                     activeFocusOnTab: cell.isCurrent || activeFocus
                     onActivated: root.controller.showPort(cell.rowId)
                     onOpenChosen: root.controller.openInBrowser(cell.rowId)

@@ -35,7 +35,7 @@ public:
 private:
     /// What the items of one port share.
     struct PortFace {
-        std::shared_ptr<const ListeningPort> port;
+        Shared<ListeningPort> port;
         QString key; ///< "{pid}:{port}"
         QString name;
         QString number; ///< "Port 3000"
@@ -110,10 +110,10 @@ void PaletteList::addStop(const PortFace &face) {
 }
 
 void PaletteList::addPort(const RowEntry &row) {
-    const PortFace face{.port = std::make_shared<const ListeningPort>(row.port),
+    const PortFace face{.port = row.port,
                         .key = QString::fromStdString(row.id()),
                         .name = portTitleAndSubtitle(row.port, {}).title,
-                        .number = text("Port %1").arg(row.port.port)};
+                        .number = text("Port %1").arg(row.port->port)};
     if (row.isWeb)
         addOpen(face);
     add({.id = QStringLiteral("show-") + face.key,

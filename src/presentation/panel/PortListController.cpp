@@ -158,7 +158,7 @@ std::function<void()> PortListController::actionOfLetter(int key, const RowEntry
     const QString id = QString::fromStdString(row.id());
     if (key == Qt::Key_O && store().isWebPort(row.port))
         return [this, id] { openInBrowser(id); };
-    if (key == Qt::Key_T && row.port.hostApp)
+    if (key == Qt::Key_T && row.port->hostApp)
         return [this, id] { focusHostApp(id); };
     if (key == Qt::Key_K)
         return [this, id] { stopInTwoSteps(id); };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "presentation/Shared.h"
 #include "presentation/shared/keyedDiff.h"
 
 #include <QAbstractListModel>
@@ -16,12 +17,22 @@ template<typename Row> struct ListRole {
     QVariant (*value)(const Row &);
 };
 
-/// A list of plain records for QML. `Row` has `key()`, the text by which it stays itself from one list to the
-/// next, can be compared, and has a static `roles()`.
+/// What is to be read of a row, shared or not.
+template<typename Row> const Row &fieldsOf(const Row &row) {
+    return row;
+}
+template<typename Record> const Record &fieldsOf(const Shared<Record> &row) {
+    return *row;
+}
+
+/// A list of plain records for QML, perhaps shared ones. A record has `key()`, the text by which it stays
+/// itself from one list to the next, can be compared, and has a static `roles()`.
 ///
 /// A new list is played as insertions, removals, moves and changed roles; it is never reset, so that what
 /// shows it keeps its place.
 template<typename Row> class KeyedListModel : public QAbstractListModel {
+    using Fields = std::remove_cvref_t<decltype(fieldsOf(std::declval<const Row &>()))>;
+
 public:
     using QAbstractListModel::QAbstractListModel;
 
@@ -40,16 +51,16 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override {
         const int number = role - firstRole;
         if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid) ||
-            number < 0 || number >= static_cast<int>(Row::roles().size()))
+            number < 0 || number >= static_cast<int>(Fields::roles().size()))
             return {};
-        return Row::roles()[static_cast<std::size_t>(number)].value(
-            m_rows[static_cast<std::size_t>(index.row())]);
+        return Fields::roles()[static_cast<std::size_t>(number)].value(
+            fieldsOf(m_rows[static_cast<std::size_t>(index.row())]));
     }
 
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override {
         QHash<int, QByteArray> names;
         int role = firstRole;
-        for (const ListRole<Row> &each : Row::roles())
+        for (const ListRole<Fields> &each : Fields::roles())
             names[role++] = each.name;
         return names;
     }
@@ -61,7 +72,7 @@ private:
         std::vector<QString> keys;
         keys.reserve(rows.size());
         for (const Row &row : rows)
-            keys.push_back(row.key());
+            keys.push_back(fieldsOf(row).key());
         return keys;
     }
 
@@ -113,8 +124,8 @@ private:
         const Row previous = std::exchange(m_rows[row], std::move(next));
         QList<int> changed;
         int role = firstRole;
-        for (const ListRole<Row> &each : Row::roles()) {
-            if (each.value(previous) != each.value(m_rows[row]))
+        for (const ListRole<Fields> &each : Fields::roles()) {
+            if (each.value(fieldsOf(previous)) != each.value(fieldsOf(m_rows[row])))
                 changed.append(role);
             ++role;
         }

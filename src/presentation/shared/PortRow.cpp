@@ -29,10 +29,11 @@ QString healthName(const std::optional<Health> &health) {
 
 void addPills(PortRow &row, const RowEntry &entry) {
     constexpr std::size_t shown = 2;
-    QStringList numbers{QString::number(entry.port.port)};
+    QStringList numbers{QString::number(entry.port->port)};
     for (const std::int64_t port : entry.otherPorts)
         numbers.append(QString::number(port));
-    row.pills = numbers.mid(0, shown);
+    row.pill = numbers.first();
+    row.furtherPills = numbers.mid(1, shown - 1);
     const QStringList others = numbers.mid(shown);
     if (others.isEmpty())
         return;
@@ -61,11 +62,11 @@ QString spoken(const PortRow &row) {
     QStringList parts{row.title};
     if (!row.subtitle.isEmpty())
         parts.append(row.subtitle);
-    parts.append(row.pills.size() + row.morePorts.size() > 1
-                     ? listText("ports %1")
-                           .arg((row.pills + row.morePorts.split(QStringLiteral(", "), Qt::SkipEmptyParts))
-                                    .join(QStringLiteral(", ")))
-                     : listText("port %1").arg(row.pills.first()));
+    const QStringList others =
+        row.furtherPills + row.morePorts.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+    parts.append(others.isEmpty()
+                     ? listText("port %1").arg(row.pill)
+                     : listText("ports %1").arg((QStringList{row.pill} + others).join(QStringLiteral(", "))));
     if (!row.health.isEmpty())
         parts.append(row.healthSummary);
     if (!row.agent.isEmpty())
@@ -127,6 +128,7 @@ PortRow portRow(const RowEntry &entry, PortGroup group, const PortFacts &facts, 
     addStyle(row, port);
     addAgent(row, port);
     addPills(row, entry);
+    row.hasBadges = !row.agent.isEmpty() || row.isWatched || row.isExposed || !row.publicUrl.isEmpty();
     row.accessibleName = spoken(row);
     return row;
 }
@@ -151,7 +153,9 @@ const std::vector<ListRole<PortRow>> &PortRow::roles() {
         {"isWatched", [](const PortRow &row) -> QVariant { return row.isWatched; }},
         {"isExposed", [](const PortRow &row) -> QVariant { return row.isExposed; }},
         {"publicUrl", [](const PortRow &row) -> QVariant { return row.publicUrl; }},
-        {"pills", [](const PortRow &row) -> QVariant { return row.pills; }},
+        {"hasBadges", [](const PortRow &row) -> QVariant { return row.hasBadges; }},
+        {"pill", [](const PortRow &row) -> QVariant { return row.pill; }},
+        {"furtherPills", [](const PortRow &row) -> QVariant { return row.furtherPills; }},
         {"morePills", [](const PortRow &row) -> QVariant { return row.morePills; }},
         {"morePorts", [](const PortRow &row) -> QVariant { return row.morePorts; }},
         {"copyTip", [](const PortRow &row) -> QVariant { return row.copyTip; }},

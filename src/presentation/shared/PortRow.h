@@ -44,9 +44,11 @@ struct PortRow {
     bool isWatched = false;
     bool isExposed = false;
     QString publicUrl;
-    QStringList pills; ///< the port numbers that are shown
-    QString morePills; ///< "+3" for the others
-    QString morePorts; ///< what they are
+    bool hasBadges = false;   ///< an agent, watched, exposed or shared
+    QString pill;             ///< its first port
+    QStringList furtherPills; ///< its other ports that are shown
+    QString morePills;        ///< "+3" for the rest
+    QString morePorts;        ///< what they are
     QString copyTip;
     QString stopTip;
     QString confirmTitle; ///< "Stop" or "Kill"

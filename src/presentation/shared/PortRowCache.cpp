@@ -14,15 +14,19 @@ std::string ageOf(const ListeningPort &port, Instant now) {
 
 } // namespace
 
-PortRow PortRowCache::row(const RowEntry &entry, PortGroup group, const PortFacts &facts, Instant now,
-                          const ApplicationName &applicationName) {
+Shared<PortRow> PortRowCache::row(const RowEntry &entry, PortGroup group, const PortFacts &facts, Instant now,
+                                  const ApplicationName &applicationName) {
+    const Key key{entry.port->pid, entry.port->port, group};
     std::string age = ageOf(entry.port, now);
-    Kept &kept = m_kept[entry.id() + ':' + std::to_string(static_cast<int>(group))];
-    const bool isSame = kept.lastUse != 0 && kept.age == age && kept.facts == facts && kept.entry == entry;
-    if (!isSame)
-        kept = {entry, group, facts, std::move(age), portRow(entry, group, facts, now, applicationName)};
-    kept.lastUse = m_round + 1;
-    return kept.row;
+    auto found = m_kept.find(key);
+    if (found == m_kept.end() || found->second.age != age || found->second.facts != facts ||
+        found->second.entry != entry)
+        found = m_kept
+                    .insert_or_assign(key, Kept{entry, facts, std::move(age),
+                                                portRow(entry, group, facts, now, applicationName)})
+                    .first;
+    found->second.lastUse = m_round + 1;
+    return found->second.row;
 }
 
 void PortRowCache::age(Instant now) {

@@ -2,6 +2,8 @@
 
 #include "presentation/shared/PortRow.h"
 
+#include <QHashFunctions>
+
 #include <string>
 #include <unordered_map>
 
@@ -12,23 +14,34 @@ namespace tarnvale {
 class PortRowCache {
 public:
     /// As `portRow`; the row is the last one of its id where nothing that it says has changed.
-    [[nodiscard]] PortRow row(const RowEntry &entry, PortGroup group, const PortFacts &facts, Instant now,
-                              const ApplicationName &applicationName);
+    [[nodiscard]] Shared<PortRow> row(const RowEntry &entry, PortGroup group, const PortFacts &facts,
+                                      Instant now, const ApplicationName &applicationName);
 
     /// Once a minute, however often it is called: forgets what wasn't asked for in the last two.
     void age(Instant now);
 
 private:
+    struct Key {
+        Pid pid = 0;
+        std::int64_t port = 0;
+        PortGroup group = PortGroup::other;
+
+        bool operator==(const Key &) const = default;
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key &key) const {
+            return qHashMulti(0, key.pid, key.port, static_cast<int>(key.group));
+        }
+    };
     struct Kept {
         RowEntry entry;
-        PortGroup group = PortGroup::other;
         PortFacts facts;
         std::string age; ///< as the row says it
-        PortRow row;
+        Shared<PortRow> row;
         unsigned lastUse = 0;
     };
 
-    std::unordered_map<std::string, Kept> m_kept; ///< by the entry's id and group
+    std::unordered_map<Key, Kept, KeyHash> m_kept;
     unsigned m_round = 0;
     Instant m_agedAt;
 };

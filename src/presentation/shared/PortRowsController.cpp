@@ -55,7 +55,7 @@ void PortRowsController::showSections(std::vector<RowSection> sections) {
     m_entries.clear();
     m_sections.clear();
     m_sectionCounts.clear();
-    std::vector<PortRow> rows;
+    std::vector<Shared<PortRow>> rows;
     for (RowSection &section : sections) {
         m_sections.append(title(section.group));
         m_sectionCounts.append(static_cast<int>(section.rows.size()));

@@ -109,7 +109,7 @@ protected:
 private:
     PortStore &m_store;
     Platform m_platform;
-    KeyedListModel<PortRow> m_rows;
+    KeyedListModel<Shared<PortRow>> m_rows;
     PortRowCache m_built;
     std::vector<RowEntry> m_entries;
     QStringList m_sections;

@@ -63,11 +63,7 @@ private:
     std::ptrdiff_t m_front = 0; ///< all before it are placed
 };
 
-} // namespace
-
-std::vector<ListStep> keyedDiff(const std::vector<QString> &before, const std::vector<QString> &after) {
-    if (before == after)
-        return {};
+std::vector<ListStep> stepsBetween(const std::vector<QString> &before, const std::vector<QString> &after) {
     const std::vector<Key> target = numbered(after);
     std::vector<ListStep> steps;
     Waiting waiting(removeTheGone(numbered(before), target, steps));
@@ -83,6 +79,31 @@ std::vector<ListStep> keyedDiff(const std::vector<QString> &before, const std::v
         if (const auto others = static_cast<int>(waiting.take(*key)); others > 0)
             steps.push_back({.kind = ListStep::Kind::move, .row = row + others, .target = row});
         ++key;
+    }
+    return steps;
+}
+
+} // namespace
+
+std::vector<ListStep> keyedDiff(const std::vector<QString> &before, const std::vector<QString> &after) {
+    // Most lists are as they were but for one place, or come and go whole: only what differs is compared.
+    const auto [oldBegin, newBegin] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const auto [oldEnd, newEnd] = std::mismatch(before.rbegin(), std::make_reverse_iterator(oldBegin),
+                                                after.rbegin(), std::make_reverse_iterator(newBegin));
+    const auto same = static_cast<int>(oldBegin - before.begin());
+    const auto gone = static_cast<int>(oldEnd.base() - oldBegin);
+    const auto come = static_cast<int>(newEnd.base() - newBegin);
+    if (gone == 0 && come == 0)
+        return {};
+    if (come == 0)
+        return {{.kind = ListStep::Kind::remove, .row = same, .count = gone}};
+    if (gone == 0)
+        return {{.kind = ListStep::Kind::insert, .row = same, .count = come}};
+    std::vector<ListStep> steps = stepsBetween({oldBegin, oldEnd.base()}, {newBegin, newEnd.base()});
+    for (ListStep &step : steps) {
+        step.row += same;
+        if (step.kind == ListStep::Kind::move)
+            step.target += same;
     }
     return steps;
 }

@@ -105,7 +105,7 @@ void InspectorController::followLog() {
 void InspectorController::readPhone() {
     if (!m_facts.hasPhone)
         return;
-    const auto read = [port = m_entry->port.port] { return lanURL(port); };
+    const auto read = [port = m_entry->port->port] { return lanURL(port); };
     whenDone(inBackground(read), this, [this, id = m_rowId](const std::optional<std::string> &url) {
         const QString next = QString::fromStdString(url.value_or(""));
         if (id != m_rowId || std::exchange(m_phoneUrl, next) == next)
@@ -126,7 +126,7 @@ void InspectorController::copyAddress() {
     if (m_entry)
         copyField(QStringLiteral("address"),
                   (m_entry->isWeb ? QStringLiteral("http://localhost:%1") : QStringLiteral("localhost:%1"))
-                      .arg(m_entry->port.port));
+                      .arg(m_entry->port->port));
 }
 
 void InspectorController::restart() {
@@ -149,7 +149,7 @@ void InspectorController::revealFolder() {
 }
 
 void InspectorController::setWatched(bool isWatched) {
-    if (m_entry && isWatched != m_store.watchedPorts().contains(m_entry->port.port))
+    if (m_entry && isWatched != m_store.watchedPorts().contains(m_entry->port->port))
         m_store.toggleWatch(m_entry->port);
 }
 
@@ -169,7 +169,7 @@ void InspectorController::share() {
 
 void InspectorController::stopSharing() {
     if (m_entry)
-        m_store.stopSharing(m_entry->port.port);
+        m_store.stopSharing(m_entry->port->port);
 }
 
 void InspectorController::copyPublicURL() {

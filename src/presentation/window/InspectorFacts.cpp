@@ -23,18 +23,18 @@ QString text(const char *source) {
 
 QString address(const RowEntry &entry) {
     return (entry.isWeb ? QStringLiteral("http://localhost:%1") : QStringLiteral("localhost:%1"))
-        .arg(entry.port.port);
+        .arg(entry.port->port);
 }
 
 QString portNumbers(const RowEntry &entry) {
-    QStringList numbers{QString::number(entry.port.port)};
+    QStringList numbers{QString::number(entry.port->port)};
     for (const std::int64_t port : entry.otherPorts)
         numbers.append(QString::number(port));
     return numbers.join(QStringLiteral(", "));
 }
 
 void addStatus(InspectorFacts &facts, const PortStore &store, const RowEntry &entry, Instant now) {
-    const std::string id = entry.port.id();
+    const std::string id = entry.port->id();
     const auto health = store.health().find(id);
     if (entry.isWeb && health != store.health().end()) {
         std::tie(facts.chip, facts.chipTint) = healthChip(health->second);
@@ -47,8 +47,8 @@ void addStatus(InspectorFacts &facts, const PortStore &store, const RowEntry &en
         facts.responseTime = text("%1 ms").arg(time->second);
         facts.isSlow = time->second > longWait;
     }
-    if (entry.port.startedAt) {
-        const auto age = std::chrono::duration<double>(now - *entry.port.startedAt);
+    if (entry.port->startedAt) {
+        const auto age = std::chrono::duration<double>(now - *entry.port->startedAt);
         facts.uptime = text("up %1").arg(QString::fromStdString(formatUptime(age.count())));
     }
 }
@@ -70,7 +70,7 @@ void addUsage(InspectorFacts &facts, const PortStore &store, const ListeningPort
 
 void addSharing(InspectorFacts &facts, const PortStore &store, const RowEntry &entry,
                 const PortFiles &files) {
-    const auto tunnel = store.tunnels().find(entry.port.port);
+    const auto tunnel = store.tunnels().find(entry.port->port);
     const auto toolName = [](TunnelTool tool) { return plainText(tunnelToolName(tool)); };
     if (tunnel != store.tunnels().end()) {
         facts.shareTool = toolName(tunnel->second.tool);

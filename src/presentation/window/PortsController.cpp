@@ -24,8 +24,8 @@ void PortsController::selectPort(const ListeningPort &port) {
     const QString id = QString::fromStdString(port.id());
     for (int row = 0; row < rowCount(); ++row) // a further port of a row stands for the row
         if (const RowEntry *each = entryAt(row);
-            each->port.pid == port.pid && std::find(each->otherPorts.begin(), each->otherPorts.end(),
-                                                    port.port) != each->otherPorts.end()) {
+            each->port->pid == port.pid && std::find(each->otherPorts.begin(), each->otherPorts.end(),
+                                                     port.port) != each->otherPorts.end()) {
             setSelection(QString::fromStdString(each->id()));
             return;
         }

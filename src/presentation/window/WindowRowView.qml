@@ -25,7 +25,9 @@ Item {
     required property bool isWatched
     required property bool isExposed
     required property string publicUrl
-    required property list<string> pills
+    required property bool hasBadges
+    required property string pill
+    required property list<string> furtherPills
     required property string morePills
     required property string morePorts
     required property string copyTip
@@ -68,14 +70,15 @@ Item {
         onHoveredChanged: hovered ? root.pointerEntered() : root.pointerLeft()
     }
     TapHandler {
-        onTapped: root.chosen()
-        onDoubleTapped: root.openChosen()
-    }
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: eventPoint => {
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onTapped: (eventPoint, button) => {
             root.chosen();
-            root.menuChosen(root, eventPoint.position.x, eventPoint.position.y);
+            if (button === Qt.RightButton)
+                root.menuChosen(root, eventPoint.position.x, eventPoint.position.y);
+        }
+        onDoubleTapped: (eventPoint, button) => {
+            if (button === Qt.LeftButton)
+                root.openChosen();
         }
     }
     IconTile {
@@ -103,45 +106,47 @@ Item {
             }
         }
     }
-    Column {
+    Item {
         id: texts
         anchors.left: tile.right
         anchors.leftMargin: Theme.space12
         anchors.right: trailing.left
         anchors.rightMargin: Theme.space10
         anchors.verticalCenter: parent.verticalCenter
-        spacing: Theme.space2
+        height: titleText.height + (subtitleText.visible ? Theme.space2 + subtitleText.height : 0)
 
-        Row {
-            spacing: Theme.space6
-
-            Text {
-                width: Math.min(Math.ceil(implicitWidth), texts.width - (badges.active ? badges.width + Theme.space6 : 0))
-                text: root.title
-                textFormat: Text.PlainText
-                elide: Text.ElideRight
-                color: Theme.ink
-                font.family: Theme.fontFamily
-                font.pixelSize: Theme.size13
-                font.weight: Font.DemiBold
-                Accessible.ignored: true
-            }
-            Loader { // most rows have none
-                id: badges
-                anchors.verticalCenter: parent.verticalCenter
-                active: root.agent !== "" || root.isWatched || root.isExposed || root.publicUrl !== ""
-                visible: active
-                sourceComponent: RowBadges {
-                    agent: root.agent
-                    agentLogo: root.agentLogo
-                    isWatched: root.isWatched
-                    isExposed: root.isExposed
-                    publicUrl: root.publicUrl
-                }
+        Text {
+            id: titleText
+            anchors.left: parent.left
+            width: Math.min(Math.ceil(implicitWidth), texts.width - (badges.active ? badges.width + Theme.space6 : 0))
+            text: root.title
+            textFormat: Text.PlainText
+            elide: Text.ElideRight
+            color: Theme.ink
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.size13
+            font.weight: Font.DemiBold
+            Accessible.ignored: true
+        }
+        Loader { // most rows have none
+            id: badges
+            anchors.left: titleText.right
+            anchors.leftMargin: Theme.space6
+            anchors.verticalCenter: titleText.verticalCenter
+            active: root.hasBadges
+            sourceComponent: RowBadges {
+                agent: root.agent
+                agentLogo: root.agentLogo
+                isWatched: root.isWatched
+                isExposed: root.isExposed
+                publicUrl: root.publicUrl
             }
         }
         Text {
-            width: parent.width
+            id: subtitleText
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
             visible: text !== ""
             text: root.subtitle
             textFormat: Text.PlainText
@@ -151,15 +156,14 @@ Item {
             font.pixelSize: Theme.size115
             Accessible.ignored: true
         }
-    }
-    HoverHandler {
-        id: textHover
-        target: texts
-        parent: texts
-    }
-    HoverTip {
-        text: root.toolTip
-        hovered: textHover.hovered
+
+        Loader {
+            anchors.fill: parent
+            active: root.isHovered
+            sourceComponent: TipArea {
+                text: root.toolTip
+            }
+        }
     }
     Row {
         id: trailing
@@ -194,33 +198,22 @@ Item {
                 height: WindowMetrics.thumbHeight
                 cornerRadius: Theme.radius5
                 pictures: root.pictures
-                port: parseInt(root.pills[0])
+                port: parseInt(root.pill)
             }
         }
         PortPill {
             anchors.verticalCenter: parent.verticalCenter
-            text: root.pills[0]
+            text: root.pill
             label: qsTr("Port %1").arg(text)
         }
-        Repeater {
-            model: root.pills.length - 1
-
-            PortPill {
-                required property int index
-
-                anchors.verticalCenter: parent?.verticalCenter
-                text: root.pills[index + 1] ?? ""
-                label: qsTr("Port %1").arg(text)
-            }
-        }
-        Loader {
+        Loader { // most processes have one port
             anchors.verticalCenter: parent.verticalCenter
-            active: root.morePills !== ""
+            active: root.furtherPills.length > 0
             visible: active
-            sourceComponent: PortPill {
-                text: root.morePills
-                label: qsTr("Ports %1").arg(root.morePorts)
-                tip: root.morePorts
+            sourceComponent: FurtherPills {
+                numbers: root.furtherPills
+                more: root.morePills
+                moreNumbers: root.morePorts
             }
         }
     }

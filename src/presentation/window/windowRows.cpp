@@ -9,7 +9,7 @@ namespace tarnvale {
 namespace {
 
 bool isWatched(const RowEntry &row, const std::set<std::int64_t> &watched) {
-    return watched.contains(row.port.port) ||
+    return watched.contains(row.port->port) ||
            std::any_of(row.otherPorts.begin(), row.otherPorts.end(),
                        [&](std::int64_t port) { return watched.contains(port); });
 }

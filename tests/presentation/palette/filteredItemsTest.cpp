@@ -16,11 +16,14 @@ using testing::SizeIs;
 PaletteContents contents() {
     PaletteContents made;
     made.rows = {
-        {{.pid = 42, .command = "node", .port = 3000, .cwd = "/home/me/shop", .args = "node server.js"},
+        {ListeningPort{
+             .pid = 42, .command = "node", .port = 3000, .cwd = "/home/me/shop", .args = "node server.js"},
          {},
          true},
-        {{.pid = 43, .command = "node", .port = 4000}, {}, false},
-        {{.pid = 44, .command = "docker-proxy", .port = 8080, .container = "Café · nginx"}, {}, true}};
+        {ListeningPort{.pid = 43, .command = "node", .port = 4000}, {}, false},
+        {ListeningPort{.pid = 44, .command = "docker-proxy", .port = 8080, .container = "Café · nginx"},
+         {},
+         true}};
     made.stacks = {{.id = QUuid::createUuid(), .name = "Alpha"}, {.id = QUuid::createUuid(), .name = "beta"}};
     return made;
 }
@@ -72,7 +75,8 @@ TEST(FilteredItems, onlyAQueryReachesBeyondTheFirstSixty) {
     PaletteContents many;
     for (std::int32_t i = 0; i < 20; ++i)
         many.rows.push_back(
-            {{.pid = 100 + i, .command = "node", .port = 3000 + i, .cwd = "/home/me/shop", .args = "x"},
+            {ListeningPort{
+                 .pid = 100 + i, .command = "node", .port = 3000 + i, .cwd = "/home/me/shop", .args = "x"},
              {},
              true});
     many.stacks = {{.id = QUuid::createUuid(), .name = "all"}};

@@ -14,15 +14,15 @@ const Instant start = Instant() + std::chrono::hours(1000);
 class PortRowCacheTest : public testing::Test {
 protected:
     PortRowCacheTest() {
-        entry.port = ListeningPort{.pid = 42, .command = "node", .port = 3000};
-        entry.port.cwd = "/home/me/shop";
-        entry.port.startedAt = start;
+        port.cwd = "/home/me/shop";
+        port.startedAt = start;
+        port.hostApp = "/usr/share/applications/editor.desktop";
     }
 
     /// Whether the cache says what is right, and whether it had to ask for the application's name to say so.
     bool worksOut(Instant now, PortGroup group = PortGroup::web) {
         int asked = 0;
-        entry.port.hostApp = "/usr/share/applications/editor.desktop";
+        const RowEntry entry{port, otherPorts};
         const ApplicationName name = [&asked](const std::string &) {
             ++asked;
             return std::string("Editor");
@@ -34,7 +34,8 @@ protected:
     }
 
     PortRowCache cache;
-    RowEntry entry;
+    ListeningPort port{.pid = 42, .command = "node", .port = 3000};
+    std::vector<std::int64_t> otherPorts;
     PortFacts facts;
 };
 
@@ -48,9 +49,9 @@ TEST_F(PortRowCacheTest, whateverTheRowSaysChangesIt) {
     EXPECT_TRUE(worksOut(start + 1h + 1min)) << "the age";
     facts.isWatched = true;
     EXPECT_TRUE(worksOut(start + 1h + 1min)) << "a fact";
-    entry.otherPorts = {3001};
+    otherPorts = {3001};
     EXPECT_TRUE(worksOut(start + 1h + 1min)) << "a further port";
-    entry.port.isExposed = true;
+    port.isExposed = true;
     EXPECT_TRUE(worksOut(start + 1h + 1min)) << "the record";
     EXPECT_TRUE(worksOut(start + 1h + 1min, PortGroup::other)) << "the section";
     EXPECT_FALSE(worksOut(start + 1h + 1min)) << "a row in two sections is kept twice";

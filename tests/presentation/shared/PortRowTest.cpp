@@ -44,7 +44,8 @@ TEST(PortRow, ofAWebsite) {
     EXPECT_EQ(row.copyTip, QStringLiteral("Copy URL"));
     EXPECT_EQ(row.stopTip, QStringLiteral("Kill process"));
     EXPECT_EQ(row.confirmTitle, QStringLiteral("Kill"));
-    EXPECT_EQ(row.pills, QStringList{QStringLiteral("3000")});
+    EXPECT_EQ(row.pill, QStringLiteral("3000"));
+    EXPECT_EQ(row.furtherPills, QStringList());
     EXPECT_EQ(row.morePills, QString());
 }
 
@@ -65,7 +66,8 @@ TEST(PortRow, hasADotOnlyForAHealthThatIsKnown) {
 TEST(PortRow, showsTwoPortsAndCountsTheOthers) {
     EXPECT_EQ(webRow(shop(), {}, {3001}).morePills, QString());
     const PortRow row = webRow(shop(), {}, {3001, 3002, 5000});
-    EXPECT_EQ(row.pills, QStringList({QStringLiteral("3000"), QStringLiteral("3001")}));
+    EXPECT_EQ(row.pill, QStringLiteral("3000"));
+    EXPECT_EQ(row.furtherPills, QStringList{QStringLiteral("3001")});
     EXPECT_EQ(row.morePills, QStringLiteral("+2"));
     EXPECT_EQ(row.morePorts, QStringLiteral("3002, 5000"));
 }
@@ -110,6 +112,18 @@ TEST(PortRow, isReadAloudWithEverythingThatItsSymbolsMean) {
     EXPECT_THAT(webRow(shop()).accessibleName.toStdString(), testing::EndsWith(", port 3000"));
 }
 
+TEST(PortRow, hasBadgesWhereAnyIsToBeShown) {
+    ListeningPort byAgent = shop();
+    byAgent.agent = "Codex";
+    ListeningPort exposed = shop();
+    exposed.isExposed = true;
+    EXPECT_FALSE(webRow(shop()).hasBadges);
+    EXPECT_TRUE(webRow(byAgent).hasBadges);
+    EXPECT_TRUE(webRow(exposed).hasBadges);
+    EXPECT_TRUE(webRow(shop(), {.isWatched = true}).hasBadges);
+    EXPECT_TRUE(webRow(shop(), {.publicUrl = "https://a.example"}).hasBadges);
+}
+
 TEST(PortRow, keepsAnEndlessCommandLineOutOfItsToolTip) {
     ListeningPort port = shop();
     port.args = std::string(1'000'000, 'x');
@@ -132,7 +146,7 @@ TEST(PortRow, tellsEveryFieldInARoleOfItsOwn) {
     for (const auto &role : PortRow::roles())
         names.insert(role.name);
     EXPECT_EQ(names.size(), PortRow::roles().size());
-    EXPECT_EQ(names.size(), 24u);
+    EXPECT_EQ(names.size(), 26u);
 }
 
 TEST(TintName, isWhatQmlReads) {

@@ -18,7 +18,8 @@ void collect(QQuickItem *item, std::vector<QQuickItem *> &items) {
 }
 
 bool isOfType(const QQuickItem &item, const char *type) {
-    const QByteArray name(item.metaObject()->className());
+    const QByteArray whole(item.metaObject()->className());
+    const QByteArray name = whole.mid(whole.lastIndexOf(':') + 1);
     return name == type || name.startsWith(QByteArray(type) + "_QML");
 }
 

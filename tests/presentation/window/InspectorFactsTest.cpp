@@ -26,7 +26,7 @@ protected:
     [[nodiscard]] RowEntry entry(std::int64_t port) const {
         for (const RowSection &group : groupedRows(store->ports(), webTestOf(*store)))
             for (const RowEntry &row : group.rows)
-                if (row.port.port == port)
+                if (row.port->port == port)
                     return row;
         throw std::runtime_error("there is no such row");
     }
@@ -149,11 +149,11 @@ TEST_F(InspectorFactsTest, anAnswerOfMoreThanASecondIsSlow) {
 TEST_F(InspectorFactsTest, itSaysHowLongItHasRun) {
     addServer(42, 3000);
     startView();
-    RowEntry row = entry(3000);
-    row.port.startedAt = world.clock.now() - 2h - 5min;
-    EXPECT_EQ(of(row).uptime, QStringLiteral("up 2h 5m"));
-    row.port.startedAt.reset();
-    EXPECT_EQ(of(row).uptime, QString());
+    ListeningPort port = entry(3000).port;
+    port.startedAt = world.clock.now() - 2h - 5min;
+    EXPECT_EQ(of({port, {}}).uptime, QStringLiteral("up 2h 5m"));
+    port.startedAt.reset();
+    EXPECT_EQ(of({port, {}}).uptime, QString());
 }
 
 // What can be done with it.
@@ -174,7 +174,7 @@ TEST_F(InspectorFactsTest, stopsAreCalledAfterWhatIsStopped) {
 TEST_F(InspectorFactsTest, aServicesRowIsArmedToStop) {
     addService(43, 4000, "thing.service");
     startView();
-    ASSERT_EQ(entry(4000).port.container, std::nullopt);
+    ASSERT_EQ(entry(4000).port->container, std::nullopt);
     const PortRow row = portRow(entry(4000), PortGroup::other, {}, world.clock.now());
     EXPECT_EQ(row.confirmTitle, QStringLiteral("Stop"));
 }
@@ -202,13 +202,13 @@ class Restarts : public InspectorFactsTest, public testing::WithParamInterface<R
 TEST_P(Restarts, areOfferedWhereTheyArePossible) {
     const Restartable &given = GetParam();
     startView();
-    const RowEntry row{.port = {.pid = 42,
-                                .command = "node",
-                                .port = 3000,
-                                .cwd = given.cwd,
-                                .args = given.args,
-                                .service = given.service,
-                                .container = given.container},
+    const RowEntry row{.port = ListeningPort{.pid = 42,
+                                             .command = "node",
+                                             .port = 3000,
+                                             .cwd = given.cwd,
+                                             .args = given.args,
+                                             .service = given.service,
+                                             .container = given.container},
                        .otherPorts = {},
                        .isWeb = true};
     const InspectorFacts facts = of(row);
@@ -280,7 +280,8 @@ TEST_F(InspectorFactsTest, onlyMoreThanEightyPercentIsBusyAndOnlyTheLatest) {
 
 TEST_F(InspectorFactsTest, withoutAnySampleThereIsNoUsage) {
     startView();
-    const InspectorFacts facts = of({.port = {.pid = 42, .command = "node", .port = 3000}, .otherPorts = {}});
+    const InspectorFacts facts =
+        of({.port = ListeningPort{.pid = 42, .command = "node", .port = 3000}, .otherPorts = {}});
     EXPECT_FALSE(facts.hasUsage);
     EXPECT_EQ(facts.cpu, QString());
     EXPECT_EQ(facts.memory, QString());
@@ -318,9 +319,10 @@ TEST_F(InspectorFactsTest, onlyAnExposedWebServerIsForThePhone) {
     startView();
     for (const bool isWeb : {false, true})
         for (const bool isExposed : {false, true}) {
-            const RowEntry row{.port = {.pid = 42, .command = "node", .port = 3000, .isExposed = isExposed},
-                               .otherPorts = {},
-                               .isWeb = isWeb};
+            const RowEntry row{
+                .port = ListeningPort{.pid = 42, .command = "node", .port = 3000, .isExposed = isExposed},
+                .otherPorts = {},
+                .isWeb = isWeb};
             EXPECT_EQ(of(row).hasPhone, isWeb && isExposed);
         }
 }
@@ -375,15 +377,15 @@ TEST_F(InspectorFactsTest, whatIsNoWebServerIsNotShared) {
 
 TEST_F(InspectorFactsTest, detailsOfARecordThatKnowsEverything) {
     startView();
-    const RowEntry row{.port = {.pid = 42,
-                                .command = "node",
-                                .port = 3000,
-                                .isExposed = true,
-                                .startedAt = world.clock.now(),
-                                .service = "thing.service",
-                                .container = "db · mysql:8",
-                                .hostApp = "/Applications/Some Editor.app",
-                                .agent = "Codex"},
+    const RowEntry row{.port = ListeningPort{.pid = 42,
+                                             .command = "node",
+                                             .port = 3000,
+                                             .isExposed = true,
+                                             .startedAt = world.clock.now(),
+                                             .service = "thing.service",
+                                             .container = "db · mysql:8",
+                                             .hostApp = "/Applications/Some Editor.app",
+                                             .agent = "Codex"},
                        .otherPorts = {3001, 3002},
                        .isWeb = true};
     EXPECT_THAT(lines(row), ElementsAre("Port: 3000, 3001, 3002", "Address: http://localhost:3000",
@@ -395,18 +397,18 @@ TEST_F(InspectorFactsTest, detailsOfARecordThatKnowsEverything) {
 }
 
 TEST_F(InspectorFactsTest, detailsOfARecordThatKnowsNothing) {
-    EXPECT_THAT(lines({.port = {.pid = 42, .command = "node", .port = 5432}, .otherPorts = {}}),
+    EXPECT_THAT(lines({.port = ListeningPort{.pid = 42, .command = "node", .port = 5432}, .otherPorts = {}}),
                 ElementsAre("Port: 5432", "Address: localhost:5432", "Bound to: This Mac only", "PID: 42"));
 }
 
 TEST_F(InspectorFactsTest, textsOfOthersAreMadePlain) {
     startView();
-    const RowEntry row{.port = {.pid = 42,
-                                .command = "node",
-                                .port = 3000,
-                                .cwd = "/home/me/a\nb\x1b[31m",
-                                .args = "node\x01\xff server.js",
-                                .service = "evil\nline"},
+    const RowEntry row{.port = ListeningPort{.pid = 42,
+                                             .command = "node",
+                                             .port = 3000,
+                                             .cwd = "/home/me/a\nb\x1b[31m",
+                                             .args = "node\x01\xff server.js",
+                                             .service = "evil\nline"},
                        .otherPorts = {}};
     const auto isPlain = [](const QString &text) {
         return std::none_of(text.begin(), text.end(), [](QChar letter) { return letter.unicode() < ' '; });

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 RowSection section(PortGroup group, int rows) {
     RowSection result{group, {}};
     for (int row = 0; row < rows; ++row)
-        result.rows.push_back({.port = {.pid = 40 + row, .command = "node", .port = 3000 + row},
+        result.rows.push_back({.port = ListeningPort{.pid = 40 + row, .command = "node", .port = 3000 + row},
                                .otherPorts = {},
                                .isWeb = group == PortGroup::web});
     return result;

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 RowEntry row(Pid pid, std::int64_t port, std::vector<std::int64_t> others = {}) {
-    return {.port = {.pid = pid, .command = "node", .port = port},
+    return {.port = ListeningPort{.pid = pid, .command = "node", .port = port},
             .otherPorts = std::move(others),
             .isWeb = true};
 }

@@ -110,6 +110,7 @@ Rectangle {
                     required property string modelData
                     name: modelData
                     size: Theme.size13
+                    color: Theme.ink
                 }
             }
         }
@@ -167,7 +168,7 @@ Rectangle {
             PulsingDot { color: Theme.success; label: "Live" }
             PortPill { text: "5173" }
             PortPill { text: "3000"; prominent: true }
-            PortPill { text: "+3"; tip: "3001, 3002, 3003" }
+            FurtherPills { numbers: ["3001"]; more: "+3"; moreNumbers: "3002, 3003, 3004" }
             Keycaps { caps: ["Ctrl", "Alt", "P"] }
             Keycaps { caps: ["esc"] }
             Keycaps { caps: ["Super", "Shift", "F12"] }
