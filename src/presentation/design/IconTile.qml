@@ -14,19 +14,19 @@ Item {
     property real size: 32
 
     readonly property bool hasAppIcon: application.item?.isFound ?? false
-    // The tint as a drawing in it can be made out: makers choose theirs for grounds of their own.
-    readonly property color mark: Appearance.legible(tint, Theme.surface, Theme.dark ? 4.2 : 3.2)
 
     implicitWidth: size
     implicitHeight: size
     Accessible.ignored: true
 
-    RoundRect {
+    ToolPicture {
         anchors.fill: parent
-        radius: root.size * 0.27
+        symbol: root.symbol
+        logo: root.logo
+        tint: root.tint
+        surface: Theme.surface
+        dark: Theme.dark
         visible: !root.hasAppIcon
-        color: Theme.wash(root.mark, Theme.dark ? 0.24 : 0.13)
-        endColor: Theme.wash(root.mark, Theme.dark ? 0.17 : 0.2)
     }
     Loader {
         id: application
@@ -40,13 +40,6 @@ Item {
             sourceSize: Qt.size(width, height)
             source: root.appIcon
         }
-    }
-    Symbol {
-        anchors.centerIn: parent
-        name: root.logo !== "" ? root.logo : root.symbol
-        size: Math.round(root.logo !== "" ? root.size * 0.5 : root.size * 0.43)
-        color: root.mark
-        visible: !root.hasAppIcon
     }
     Loader {
         active: root.inContainer

@@ -36,7 +36,9 @@ void paintRoundRect(QPainter &painter, QRectF rect, const RoundRect::Looks &look
 /// All that a picture depends on.
 using PictureKey = std::tuple<int, int, double, QRgb, QRgb, QRgb, double, double>;
 
-QImage paintedPicture(const QSize &pixels, double scale, const RoundRect::Looks &looks) {
+} // namespace
+
+QImage RoundRect::painted(const QSize &pixels, double scale, const Looks &looks) {
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
@@ -45,8 +47,6 @@ QImage paintedPicture(const QSize &pixels, double scale, const RoundRect::Looks 
     painter.end();
     return image.copy(); // without the painter's own memory, which stays with an image
 }
-
-} // namespace
 
 RoundRect::RoundRect(QQuickItem *parent) : PictureItem(parent) {
     connect(this, &RoundRect::looksChanged, this, &QQuickItem::update);
@@ -71,7 +71,7 @@ QImage RoundRect::picture(double scale) const {
                          looks.strokeColor.rgba(),
                          looks.strokeWidth,
                          looks.radius};
-    return cache.picture(key, [&] { return paintedPicture(pixels, scale, looks); });
+    return cache.picture(key, [&] { return painted(pixels, scale, looks); });
 }
 
 } // namespace tarnvale

@@ -29,6 +29,9 @@ public:
         double radius = 0;
     };
 
+    /// A rectangle of so many pixels for a screen of `scale` pixels a unit.
+    [[nodiscard]] static QImage painted(const QSize &pixels, double scale, const Looks &looks);
+
 Q_SIGNALS:
     void looksChanged();
 

@@ -8,32 +8,13 @@
 
 namespace tarnvale {
 
-namespace {
-
-/// Thin lines vanish in small symbols, and look coarse in large ones.
-double strokeOf(double fontSize) {
-    if (fontSize < 12)
-        return 2.25;
-    return fontSize < 22 ? 2 : 1.5;
-}
-
-double middleIn(double room, double side) {
-    return std::ceil(room / 2) - std::ceil(side / 2); // as anchors do, so that it meets the pixels
-}
-
-} // namespace
-
 Symbol::Symbol(QQuickItem *parent) : PictureItem(parent) {
     fitBox();
 }
 
-int Symbol::box() const {
-    const bool isLogo = m_name.startsWith(QStringLiteral("logo-"));
-    return static_cast<int>(std::lround(isLogo ? m_fontSize : m_fontSize * 1.2));
-}
-
 void Symbol::fitBox() {
-    setImplicitSize(box(), box());
+    const int box = symbolBox(m_name, m_fontSize);
+    setImplicitSize(box, box);
     update();
 }
 
@@ -69,8 +50,8 @@ QImage Symbol::picture(double scale) const {
     using Key = std::tuple<QString, int, double, QRgb>;
     constexpr int mostBytes = 2 << 20;
     static PictureCache<Key> cache(mostBytes);
-    const auto side = static_cast<int>(std::lround(box() * scale));
-    const double stroke = strokeOf(m_fontSize);
+    const auto side = static_cast<int>(std::lround(symbolBox(m_name, m_fontSize) * scale));
+    const double stroke = symbolStroke(m_fontSize);
     return cache.picture({m_name, side, stroke, m_color.rgba()},
                          [&] { return renderSymbol(m_name, side, {.color = m_color, .stroke = stroke}); });
 }

@@ -43,7 +43,6 @@ protected:
 
 private:
     void fitBox();
-    [[nodiscard]] int box() const;
 
     QString m_name;
     QColor m_color = Qt::black;

@@ -99,13 +99,13 @@ QMenu *makeMenu(const std::vector<MenuEntry> &entries, QWindow *owner) {
 
 /// Where a menu of this size goes: beneath the item, or above where there is no room; never past the sides.
 QPoint beside(const QQuickItem &item, const QSize &menu) {
-    constexpr int gap = 2;
+    constexpr int distance = 2;
     const QRect room = item.window()->screen()->availableGeometry();
     const QPoint top = item.mapToGlobal(QPointF(0, 0)).toPoint();
     const QPoint bottom = item.mapToGlobal(QPointF(0, item.height())).toPoint();
-    const bool fits = bottom.y() + gap + menu.height() <= room.bottom();
+    const bool fits = bottom.y() + distance + menu.height() <= room.bottom();
     const int left = std::max(room.left(), std::min(bottom.x(), room.right() - menu.width()));
-    return {left, fits ? bottom.y() + gap : top.y() - gap - menu.height()};
+    return {left, fits ? bottom.y() + distance : top.y() - distance - menu.height()};
 }
 
 } // namespace

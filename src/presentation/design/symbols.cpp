@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 
 namespace tarnvale {
@@ -126,6 +127,20 @@ std::vector<std::string_view> symbolNames() {
 QString symbolFile(QStringView name) {
     const Drawing *symbol = findSymbol(name);
     return symbol == nullptr ? QString() : fileOf(*symbol);
+}
+
+int symbolBox(QStringView name, double fontSize) {
+    return static_cast<int>(std::lround(name.startsWith(u"logo-") ? fontSize : fontSize * 1.2));
+}
+
+double symbolStroke(double fontSize) {
+    if (fontSize < 12)
+        return 2.25;
+    return fontSize < 22 ? 2 : 1.5;
+}
+
+double middleIn(double room, double side) {
+    return std::ceil(room / 2) - std::ceil(side / 2);
 }
 
 QImage renderSymbol(QStringView name, int side, const SymbolStyle &style) {

@@ -22,6 +22,16 @@ struct SymbolStyle {
     double stroke = 2; ///< the width of its lines, in units of 24 a side
 };
 
+/// The sides of a symbol's box in a text of that size, in units: a logo's is as large as the text, a symbol's
+/// a little larger.
+[[nodiscard]] int symbolBox(QStringView name, double fontSize);
+
+/// The stroke for a text of that size: thin lines vanish in small symbols and look coarse in large ones.
+[[nodiscard]] double symbolStroke(double fontSize);
+
+/// Where what is `side` long stands in the middle of `room`, on the pixels as anchors have it.
+[[nodiscard]] double middleIn(double room, double side);
+
 /// The symbol or logo of this name with `side` pixels a side; a null image for an unknown one.
 [[nodiscard]] QImage renderSymbol(QStringView name, int side, const SymbolStyle &style);
 
