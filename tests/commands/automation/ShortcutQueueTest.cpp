@@ -43,12 +43,16 @@ protected:
 
 TEST_F(ShortcutQueueTest, thoseWhoComeDuringAScanShareTheNextOne) {
     world.machine.questions.clear();
-    for (int i = 0; i < 10; ++i)
+    ASSERT_TRUE(queue->list([this](const DevPorts &ports) {
+        lists.push_back(ports.lines);
+        addServer(44, 3002); // no scan looks at this moment
+    }));
+    for (int i = 0; i < 9; ++i)
         ASSERT_TRUE(list());
-    addServer(44, 3002); // after the first scan was asked for
     quiesce();
     ASSERT_EQ(lists.size(), 10u);
     EXPECT_EQ(scans(), 2) << "one for the first, one for all the others";
+    EXPECT_EQ(lists.front().size(), 2);
     EXPECT_EQ(lists.back().size(), 3);
 }
 
