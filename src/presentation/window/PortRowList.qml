@@ -37,7 +37,7 @@ FocusScope {
         keyNavigationEnabled: false // its selection isn't the view's
         activeFocusOnTab: true
         boundsBehavior: Flickable.StopAtBounds
-        cacheBuffer: 4 * WindowMetrics.row
+        cacheBuffer: 0 // a row is made in less than a millisecond, and those ahead would be made with each key of a search
         model: root.ports.rows
         currentIndex: root.ports.selectedIndex // it has the keyboard, so that screen readers tell it
         highlightFollowsCurrentItem: false
