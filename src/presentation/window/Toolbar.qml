@@ -16,6 +16,12 @@ Rectangle {
         search.input.forceActiveFocus();
         search.input.selectAll();
     }
+    /// From the search into what it found, where something is to be selected then.
+    function enterPage(): void {
+        root.searchLeft();
+        if (root.view.listsPorts && root.view.ports.selectedIndex < 0)
+            root.view.ports.moveSelection(1);
+    }
 
     color: Theme.page
 
@@ -75,8 +81,8 @@ Rectangle {
             else
                 root.searchLeft();
         }
-        input.Keys.onDownPressed: root.searchLeft()
-        input.Keys.onReturnPressed: root.searchLeft()
+        input.Keys.onDownPressed: root.enterPage()
+        input.Keys.onReturnPressed: root.enterPage()
     }
     Connections {
         target: root.view

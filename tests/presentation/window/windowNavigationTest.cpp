@@ -76,9 +76,29 @@ TEST(WindowNavigation, aPageThatWasMadeBeforeTakesTheKeysOfTheSearch) {
     scene.type(QStringLiteral("shop"));
     scene.press(Qt::Key_Down);
     EXPECT_TRUE(isWithin(focused(scene), scene.find("PortRowList")));
-    scene.press(Qt::Key_Down);
     EXPECT_EQ(scene.ports().selectedIndex(), 0);
     EXPECT_EQ(scene.warnings(), "");
+}
+
+TEST(WindowNavigation, fromTheSearchTheFirstFindIsSelectedUnlessAnotherIs) {
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return}) {
+        WindowScene scene("full");
+        scene.press(Qt::Key_F, Qt::ControlModifier);
+        scene.type(QStringLiteral("la"));
+        scene.press(key);
+        EXPECT_EQ(scene.ports().selectedIndex(), 0);
+        scene.press(Qt::Key_Down);
+        EXPECT_EQ(scene.ports().selectedIndex(), 1);
+        scene.press(Qt::Key_F, Qt::ControlModifier);
+        scene.press(key);
+        EXPECT_EQ(scene.ports().selectedIndex(), 1) << "it stays";
+        EXPECT_TRUE(isWithin(focused(scene), scene.find("PortRowList")));
+        scene.press(Qt::Key_F, Qt::ControlModifier);
+        scene.type(QStringLiteral("nothing like it"));
+        scene.press(key);
+        EXPECT_EQ(scene.ports().selectedIndex(), -1);
+        EXPECT_EQ(scene.warnings(), "");
+    }
 }
 
 TEST(WindowNavigation, aPageThatIsAskedForComesAtOnce) {
