@@ -69,7 +69,7 @@ void WebPreviews::update(const std::vector<std::int64_t> &ports) {
 
 void WebPreviews::refresh(std::int64_t port) {
     std::erase(m_queue, port);
-    m_queue.insert(m_queue.begin(), port);
+    m_queue.push_front(port);
     pump();
 }
 
@@ -77,7 +77,7 @@ QCoro::Task<> WebPreviews::pump() {
     const QPointer<WebPreviews> alive(this);
     while (alive && !m_capturing && !m_queue.empty() && isEnabled()) {
         const std::int64_t port = m_queue.front();
-        m_queue.erase(m_queue.begin());
+        m_queue.pop_front();
         m_attemptedAt[port] = m_clock.now();
         const QFuture<std::optional<QByteArray>> capture = m_capturer.capture(port);
         setCapturing(port);

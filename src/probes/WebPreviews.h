@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <vector>
@@ -44,7 +45,7 @@ public:
     /// The port whose page is being loaded.
     [[nodiscard]] const std::optional<std::int64_t> &capturing() const { return m_capturing; }
     /// The ports that wait, the next one first.
-    [[nodiscard]] const std::vector<std::int64_t> &queue() const { return m_queue; }
+    [[nodiscard]] const std::deque<std::int64_t> &queue() const { return m_queue; }
     /// When each port's last capture began.
     [[nodiscard]] const std::map<std::int64_t, Instant> &attemptedAt() const { return m_attemptedAt; }
 
@@ -72,7 +73,7 @@ private:
     PreviewCapturer &m_capturer;
     std::map<std::int64_t, Preview> m_previews;
     std::optional<std::int64_t> m_capturing;
-    std::vector<std::int64_t> m_queue;
+    std::deque<std::int64_t> m_queue;
     std::map<std::int64_t, Instant> m_attemptedAt;
 };
 

@@ -201,8 +201,8 @@ TEST_F(AttributionTest, onlyRuntimesAreAskedForTheirCommandLine) {
     m_machine.add({.pid = 42, .path = "/usr/bin/node", .args = "node server.js"});
     setAncestors({"/usr/bin/BUN", "/usr/bin/python", "deno", "/bin/zsh"});
     static_cast<void>(attributed());
-    EXPECT_THAT(m_machine.questions, Contains("processDetails 39 41 42"));
-    EXPECT_THAT(m_machine.questions,
+    EXPECT_THAT(m_machine.questions(), Contains("processDetails 39 41 42"));
+    EXPECT_THAT(m_machine.questions(),
                 ElementsAre("processTable 42", "processDetails 39 41 42", StartsWith("hostApplication"),
                             StartsWith("hostApplication"), StartsWith("hostApplication"),
                             StartsWith("hostApplication")));
@@ -211,7 +211,7 @@ TEST_F(AttributionTest, onlyRuntimesAreAskedForTheirCommandLine) {
 TEST_F(AttributionTest, withoutARuntimeNoCommandLineIsAskedFor) {
     setAncestors({"/bin/zsh"});
     static_cast<void>(attributed());
-    EXPECT_THAT(m_machine.questions, Each(Not(StartsWith("processDetails"))));
+    EXPECT_THAT(m_machine.questions(), Each(Not(StartsWith("processDetails"))));
 }
 
 TEST_F(AttributionTest, anAgentInARuntimesCommandLineIsFound) {
@@ -235,7 +235,7 @@ TEST_F(AttributionTest, anAncestorOfManyPortsIsJudgedOnce) {
     attributeProcessTree(ports, m_machine);
     for (const ListeningPort &port : ports)
         EXPECT_EQ(port.hostApp, "/Applications/Terminal.app");
-    EXPECT_EQ(std::count(m_machine.questions.begin(), m_machine.questions.end(), "hostApplication 40"), 1);
+    EXPECT_EQ(std::ranges::count(m_machine.questions(), "hostApplication 40"), 1);
 }
 
 TEST_F(AttributionTest, aCycleAmongTheAncestorsEnds) {

@@ -22,7 +22,7 @@ using testing::StartsWith;
 class ScanListeningPortsTest : public testing::Test {
 protected:
     std::vector<ListeningPort> scan() {
-        m_machine.questions.clear();
+        m_machine.forgetQuestions();
         return scanListeningPorts(m_machine);
     }
 
@@ -67,14 +67,14 @@ protected:
 TEST_F(ScanListeningPortsTest, withoutSocketsNothingElseIsAsked) {
     m_machine.add({.pid = 42, .path = "/usr/bin/node"});
     EXPECT_THAT(scan(), IsEmpty());
-    EXPECT_THAT(m_machine.questions, ElementsAre("listeningSockets"));
+    EXPECT_THAT(m_machine.questions(), ElementsAre("listeningSockets"));
 }
 
 TEST_F(ScanListeningPortsTest, theQuestionsComeInTheirOrder) {
     addArtisan();
     addServer({.pid = 30, .path = "com.docker.backend"}, 8080);
     static_cast<void>(scan());
-    EXPECT_THAT(m_machine.questions,
+    EXPECT_THAT(m_machine.questions(),
                 ElementsAre("listeningSockets", "processDetails 20 30", "processDetails 10",
                             "workingDirectories 10 20 30", "serviceLabels 10 20 30", "containers 8080", "now",
                             "processTable 10 30", "hostApplication 5"));
@@ -118,8 +118,7 @@ TEST_F(ScanListeningPortsTest, aStartIsCountedBackWhereOnlyTheAgeIsTold) {
     const Instant start = m_machine.now();
     m_machine.tick(90s);
     EXPECT_EQ(scanOne().startedAt, start);
-    EXPECT_EQ(std::count(m_machine.questions.begin(), m_machine.questions.end(), "now"), 1)
-        << "one clock for all";
+    EXPECT_EQ(std::ranges::count(m_machine.questions(), "now"), 1) << "one clock for all";
 }
 
 TEST_F(ScanListeningPortsTest, anUnreadableProcessLeavesHoles) {
@@ -138,7 +137,7 @@ TEST_F(ScanListeningPortsTest, theFirstProcessesAreNeverAskedAsParents) {
     addServer({.pid = 42, .ppid = 1, .path = "python"}, 3000);
     addServer({.pid = 43, .ppid = 0, .path = "ruby"}, 3001);
     static_cast<void>(scan());
-    EXPECT_THAT(m_machine.questions,
+    EXPECT_THAT(m_machine.questions(),
                 ElementsAre("listeningSockets", "processDetails 42 43", "workingDirectories 42 43",
                             "serviceLabels 42 43", "now", "processTable 42 43"));
 }
@@ -170,7 +169,7 @@ TEST_F(ScanListeningPortsTest, containersAreAskedOnlyForProxies) {
     m_machine.publishedPorts = {{3000, "web · nginx"}};
     addServer({.pid = 42, .path = "node"}, 3000);
     EXPECT_EQ(scanOne().container, std::nullopt) << "a port that is no proxy's never has a container";
-    EXPECT_THAT(m_machine.questions, Each(Not(StartsWith("containers"))));
+    EXPECT_THAT(m_machine.questions(), Each(Not(StartsWith("containers"))));
 }
 
 TEST_F(ScanListeningPortsTest, everyProxyTakesTheContainerOfItsPort) {
@@ -185,7 +184,7 @@ TEST_F(ScanListeningPortsTest, everyProxyTakesTheContainerOfItsPort) {
     EXPECT_EQ(ports[1].container, "web · nginx:1.25");
     EXPECT_EQ(ports[2].container, std::nullopt);
     EXPECT_TRUE(ports[2].isDockerProxy());
-    EXPECT_THAT(m_machine.questions, Contains("containers 8080 8081"));
+    EXPECT_THAT(m_machine.questions(), Contains("containers 8080 8081"));
 }
 
 TEST_F(ScanListeningPortsTest, aWorkerOfArtisanIsShownAsItsParent) {
@@ -212,7 +211,7 @@ TEST_F(ScanListeningPortsTest, anArtisanWithSeveralWorkersIsAskedForOnce) {
     ASSERT_EQ(ports.size(), 2u);
     EXPECT_EQ(ports[0].workerPID, 20);
     EXPECT_EQ(ports[1].workerPID, 21);
-    EXPECT_THAT(m_machine.questions, Contains("workingDirectories 10 20 21"));
+    EXPECT_THAT(m_machine.questions(), Contains("workingDirectories 10 20 21"));
 }
 
 TEST_F(ScanListeningPortsTest, aWorkerKeepsItsFolderWhenItsParentHasNone) {

@@ -150,10 +150,10 @@ TEST_F(LaunchTest, aStackStartsWhatDoesNotRun) {
 TEST_F(LaunchTest, aStackThatRunsWholeLaunchesNothingAndStillScans) {
     addServer(42, 3000, "npm run dev");
     start();
-    world.machine.questions.clear();
+    world.machine.forgetQuestions();
     finish(store->startStack({.name = "shop", .commands = {{"npm run dev", "/home/me/shop"}}}));
     EXPECT_THAT(world.launcher.launched, IsEmpty());
-    EXPECT_FALSE(world.machine.questions.empty());
+    EXPECT_FALSE(world.machine.questions().empty());
 }
 
 TEST_F(LaunchTest, aCommandThatCannotStartDoesNotStopTheOthers) {

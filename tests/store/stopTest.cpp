@@ -131,12 +131,12 @@ TEST_F(StopTest, aRefusedSignalIsExplainedAndTheListStays) {
                            Row{ESRCH, "Couldn't stop node: No such process."}}) {
         world.processes.refusals[42] = row.problem;
         start();
-        world.machine.questions.clear();
+        world.machine.forgetQuestions();
         const auto flow = store->stop(record(3000));
         quiesce();
         EXPECT_TRUE(flow.isReady());
         EXPECT_EQ(error(), row.text);
-        EXPECT_THAT(world.machine.questions, ElementsAre("currentDetails 42")) << "no scan follows";
+        EXPECT_THAT(world.machine.questions(), ElementsAre("currentDetails 42")) << "no scan follows";
     }
 }
 
@@ -297,9 +297,9 @@ TEST_F(StopTest, aMassStopNamesWhatItCouldNotStop) {
 
 TEST_F(StopTest, aMassStopOfNothingStillScans) {
     start();
-    world.machine.questions.clear();
+    world.machine.forgetQuestions();
     finish(store->stopVisible({}));
-    EXPECT_FALSE(world.machine.questions.empty());
+    EXPECT_FALSE(world.machine.questions().empty());
 }
 
 TEST_F(StopTest, aStoreMayGoInTheMiddleOfAStop) {

@@ -10,6 +10,7 @@
 namespace tarnvale {
 
 void FakeMachine::add(FakeProcess process) {
+    const std::lock_guard lock(m_mutex);
     if (!process.startedAt)
         process.startedAt = m_now;
     const Pid pid = process.pid;
@@ -17,12 +18,35 @@ void FakeMachine::add(FakeProcess process) {
 }
 
 void FakeMachine::listen(Pid pid, std::int64_t port, bool isExposed) {
+    const std::lock_guard lock(m_mutex);
     sockets.push_back({.pid = pid, .port = port, .isExposed = isExposed, .command = std::nullopt});
 }
 
 void FakeMachine::end(Pid pid) {
+    const std::lock_guard lock(m_mutex);
     processes.erase(pid);
     std::erase_if(sockets, [pid](const FakeSocket &socket) { return socket.pid == pid; });
+}
+
+std::optional<Instant> FakeMachine::startOf(Pid pid) const {
+    const std::lock_guard lock(m_mutex);
+    const auto process = processes.find(pid);
+    return process == processes.end() ? std::nullopt : process->second.startedAt;
+}
+
+void FakeMachine::tick(std::chrono::milliseconds time) {
+    const std::lock_guard lock(m_mutex);
+    m_now += time;
+}
+
+std::vector<std::string> FakeMachine::questions() const {
+    const std::lock_guard lock(m_mutex);
+    return m_questions;
+}
+
+void FakeMachine::forgetQuestions() {
+    const std::lock_guard lock(m_mutex);
+    m_questions.clear();
 }
 
 void FakeMachine::record(std::string_view question, std::vector<std::int64_t> numbers) {
@@ -30,10 +54,11 @@ void FakeMachine::record(std::string_view question, std::vector<std::int64_t> nu
     std::string text(question);
     for (const std::int64_t number : numbers)
         text += " " + std::to_string(number);
-    questions.push_back(std::move(text));
+    m_questions.push_back(std::move(text));
 }
 
 std::vector<ListeningPort> FakeMachine::listeningSockets() {
+    const std::lock_guard lock(m_mutex);
     record("listeningSockets");
     SocketMerger merger;
     for (const FakeSocket &socket : sockets) {
@@ -64,13 +89,15 @@ ProcessDetailsMap FakeMachine::detailsOf(const std::vector<Pid> &pids) const {
 }
 
 ProcessDetailsMap FakeMachine::processDetails(const std::vector<Pid> &pids) {
+    const std::lock_guard lock(m_mutex);
     record("processDetails", {pids.begin(), pids.end()});
     return detailsOf(pids);
 }
 
 ProcessDetailsMap FakeMachine::currentDetails(const std::vector<Pid> &pids) {
-    record("currentDetails", {pids.begin(), pids.end()});
     beforeCurrentDetails();
+    const std::lock_guard lock(m_mutex);
+    record("currentDetails", {pids.begin(), pids.end()});
     ProcessDetailsMap details = detailsOf(pids);
     for (auto &[pid, process] : details)
         process.isForeign = processes.at(pid).isForeign;
@@ -78,6 +105,7 @@ ProcessDetailsMap FakeMachine::currentDetails(const std::vector<Pid> &pids) {
 }
 
 WorkingDirectories FakeMachine::workingDirectories(const std::vector<Pid> &pids) {
+    const std::lock_guard lock(m_mutex);
     record("workingDirectories", {pids.begin(), pids.end()});
     WorkingDirectories result;
     for (const Pid pid : pids) {
@@ -89,11 +117,13 @@ WorkingDirectories FakeMachine::workingDirectories(const std::vector<Pid> &pids)
 }
 
 ServiceLabels FakeMachine::serviceLabels(const std::vector<Pid> &pids) {
+    const std::lock_guard lock(m_mutex);
     record("serviceLabels", {pids.begin(), pids.end()});
     return services;
 }
 
 ContainerMap FakeMachine::containers(const std::vector<ListeningPort> &proxies) {
+    const std::lock_guard lock(m_mutex);
     std::vector<std::int64_t> ports;
     for (const ListeningPort &proxy : proxies)
         ports.push_back(proxy.port);
@@ -102,6 +132,7 @@ ContainerMap FakeMachine::containers(const std::vector<ListeningPort> &proxies) 
 }
 
 ProcessTable FakeMachine::processTable(const std::vector<Pid> &pids) {
+    const std::lock_guard lock(m_mutex);
     record("processTable", {pids.begin(), pids.end()});
     ProcessTable table;
     if (hasProcessTable)
@@ -111,6 +142,7 @@ ProcessTable FakeMachine::processTable(const std::vector<Pid> &pids) {
 }
 
 std::optional<std::string> FakeMachine::hostApplication(Pid pid, const ProcessNode &node) {
+    const std::lock_guard lock(m_mutex);
     record("hostApplication", {pid});
     const auto process = processes.find(pid);
     if (process != processes.end() && process->second.application)
@@ -119,11 +151,13 @@ std::optional<std::string> FakeMachine::hostApplication(Pid pid, const ProcessNo
 }
 
 std::string FakeMachine::ownApplication() {
+    const std::lock_guard lock(m_mutex);
     record("ownApplication");
     return application;
 }
 
 Instant FakeMachine::now() {
+    const std::lock_guard lock(m_mutex);
     record("now");
     return m_now;
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,6 +41,9 @@ struct FakeSocket {
 /// A machine made of plain data, for everything that stands on a scan. Set up its parts, scan it, change
 /// them, let time pass, scan again; nothing outside this object is read or changed.
 ///
+/// Methods may be called while another thread asks, as when a server ends by a signal during a scan. The data
+/// members may be touched only while nobody asks.
+///
 ///     FakeMachine machine;
 ///     machine.add({.pid = 42, .path = "/usr/bin/node", .args = "node server.js", .cwd = "/home/me/shop"});
 ///     machine.listen(42, 3000);
@@ -60,7 +64,8 @@ public:
 
     /// What was asked, in order: the name of the question, then its pids or ports by rising number, as in
     /// "processDetails 42 43".
-    std::vector<std::string> questions;
+    [[nodiscard]] std::vector<std::string> questions() const;
+    void forgetQuestions();
 
     void add(FakeProcess process);
     void listen(Pid pid, std::int64_t port, bool isExposed = false);
@@ -68,8 +73,11 @@ public:
     /// The process goes, and its sockets with it.
     void end(Pid pid);
 
+    /// When a process started; empty when there is none of this number.
+    [[nodiscard]] std::optional<Instant> startOf(Pid pid) const;
+
     /// Moves the clock; it stands still otherwise.
-    void tick(std::chrono::milliseconds time) { m_now += time; }
+    void tick(std::chrono::milliseconds time);
 
     std::vector<ListeningPort> listeningSockets() override;
     ProcessDetailsMap processDetails(const std::vector<Pid> &pids) override;
@@ -86,6 +94,8 @@ private:
     void record(std::string_view question, std::vector<std::int64_t> numbers = {});
     [[nodiscard]] ProcessDetailsMap detailsOf(const std::vector<Pid> &pids) const;
 
+    mutable std::mutex m_mutex; ///< held by every public method; the private ones expect it held
+    std::vector<std::string> m_questions;
     Instant m_now{std::chrono::sys_days{std::chrono::year{2025} / 3 / 1} + std::chrono::hours(12)};
 };
 

@@ -58,7 +58,7 @@ TEST(FakeMachineTest, questionsAreRecordedInOrderWithSortedPids) {
     FakeMachine machine;
     static_cast<void>(machine.processDetails({43, 42}));
     static_cast<void>(machine.ownApplication());
-    EXPECT_THAT(machine.questions, ElementsAre("processDetails 42 43", "ownApplication"));
+    EXPECT_THAT(machine.questions(), ElementsAre("processDetails 42 43", "ownApplication"));
 }
 
 } // namespace

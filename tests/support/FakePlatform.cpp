@@ -67,7 +67,7 @@ namespace {
 class FakeHeldProcess : public HeldProcess {
 public:
     FakeHeldProcess(Pid pid, FakeProcessControl &control, FakeMachine &machine)
-        : m_pid(pid), m_control(control), m_machine(machine), m_start(startNow()) {}
+        : m_pid(pid), m_control(control), m_machine(machine), m_start(machine.startOf(pid)) {}
 
     [[nodiscard]] int signal(int number) override {
         if (hasEnded())
@@ -80,14 +80,9 @@ public:
         return 0;
     }
 
-    [[nodiscard]] bool hasEnded() const override { return !m_start || startNow() != m_start; }
+    [[nodiscard]] bool hasEnded() const override { return !m_start || m_machine.startOf(m_pid) != m_start; }
 
 private:
-    [[nodiscard]] std::optional<Instant> startNow() const {
-        const auto found = m_machine.processes.find(m_pid);
-        return found == m_machine.processes.end() ? std::nullopt : found->second.startedAt;
-    }
-
     Pid m_pid;
     FakeProcessControl &m_control;
     FakeMachine &m_machine;

@@ -33,10 +33,10 @@ protected:
 
 TEST_F(SearchProviderTest, theLastScanIsSearchedWithoutANewOne) {
     startApplication();
-    const auto questions = world.machine.questions.size();
+    const auto questions = world.machine.questions().size();
     const auto pending = send("GetInitialResultSet", {QStringList{"3000"}});
     ASSERT_TRUE(waitFor([&] { return pending.isFinished(); })) << "without a step of the clock";
-    EXPECT_EQ(world.machine.questions.size(), questions);
+    EXPECT_EQ(world.machine.questions().size(), questions);
     EXPECT_EQ(pending.reply().arguments().value(0).toStringList(), QStringList{"open:3000:42"});
 }
 

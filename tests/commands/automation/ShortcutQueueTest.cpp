@@ -23,7 +23,7 @@ protected:
     }
 
     [[nodiscard]] long scans() const {
-        return std::count(world.machine.questions.begin(), world.machine.questions.end(), "listeningSockets");
+        return std::ranges::count(world.machine.questions(), "listeningSockets");
     }
 
     [[nodiscard]] bool list() {
@@ -42,7 +42,7 @@ protected:
 };
 
 TEST_F(ShortcutQueueTest, thoseWhoComeDuringAScanShareTheNextOne) {
-    world.machine.questions.clear();
+    world.machine.forgetQuestions();
     ASSERT_TRUE(queue->list([this](const DevPorts &ports) {
         lists.push_back(ports.lines);
         addServer(44, 3002); // no scan looks at this moment

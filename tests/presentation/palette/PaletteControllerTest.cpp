@@ -298,9 +298,9 @@ TEST_F(Palette, theStoresActionsAreDone) {
     EXPECT_THAT(world.launcher.commands(), ElementsAre("npm run dev"));
     run("go watched");
     EXPECT_EQ(done.back(), "go watched");
-    const auto before = world.machine.questions.size();
+    const auto before = world.machine.questions().size();
     run("refresh");
-    EXPECT_GT(world.machine.questions.size(), before);
+    EXPECT_GT(world.machine.questions().size(), before);
     run("restart shop");
     pass(5s);
     EXPECT_THAT(stopped(), ElementsAre(42));

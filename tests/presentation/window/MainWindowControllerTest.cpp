@@ -58,7 +58,7 @@ protected:
         return windowPlaceFromJson(world.settings.bytes(placeKey).value_or(""));
     }
     [[nodiscard]] std::ptrdiff_t scans() const {
-        return std::ranges::count(world.machine.questions, "listeningSockets");
+        return std::ranges::count(world.machine.questions(), "listeningSockets");
     }
     [[nodiscard]] static QRect screen() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 

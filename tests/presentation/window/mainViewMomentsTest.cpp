@@ -30,7 +30,7 @@ protected:
 
     /// How often the machine was asked for its sockets.
     [[nodiscard]] std::ptrdiff_t scans() const {
-        return std::ranges::count(world.machine.questions, "listeningSockets");
+        return std::ranges::count(world.machine.questions(), "listeningSockets");
     }
 
     [[nodiscard]] bool storedWelcome() const { return world.settings.flag("hasSeenWelcome").value_or(false); }

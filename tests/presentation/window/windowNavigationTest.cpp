@@ -279,7 +279,7 @@ TEST(WindowNavigation, theSearchFieldShowsTheSearchThatIsKept) {
 TEST(WindowNavigation, refreshingIsAskedForByButtonAndKeys) {
     WindowScene scene("few");
     const auto scans = [&scene] {
-        return std::ranges::count(scene.world.platform.machine.questions, "listeningSockets");
+        return std::ranges::count(scene.world.platform.machine.questions(), "listeningSockets");
     };
     const auto expectOne = [&](const std::function<void()> &ask, const char *by) {
         const auto before = scans();
