@@ -95,8 +95,8 @@ function(tarnvale_for_tests target)
 endfunction()
 
 # tarnvale_test(name SOURCES ... USES ... [LABELS ...] [TIMEOUT seconds] [LOCK name]): one test program, each of
-# its cases a test of ctest; with `tarnvale-test-qt` among USES it has an event loop. A case that the machine lacks the means for skips itself and says why. Cases with the
-# same LOCK never run side by side.
+# its cases a test of ctest; with `tarnvale-test-qt` among USES it has an event loop. A case that the machine
+# lacks the means for skips itself and says why. Cases with the same LOCK never run side by side.
 function(tarnvale_test target)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT;LOCK" "SOURCES;USES;LABELS")
     add_executable(${target} ${ARG_SOURCES})
@@ -111,7 +111,7 @@ function(tarnvale_test target)
     endif()
     set(properties SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
     if(NOT ARG_TIMEOUT)
-        set(ARG_TIMEOUT 60)
+        set(ARG_TIMEOUT 120)
     endif()
     list(APPEND properties TIMEOUT ${ARG_TIMEOUT})
     if(ARG_LABELS)
@@ -120,5 +120,5 @@ function(tarnvale_test target)
     if(ARG_LOCK)
         list(APPEND properties RESOURCE_LOCK "${ARG_LOCK}")
     endif()
-    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES ${properties})
 endfunction()

@@ -55,7 +55,7 @@ public:
 
     /// Waits until the application looks like this to a screen reader; whether it came to.
     [[nodiscard]] bool shows(const std::function<bool(const AccessibleTree &)> &condition,
-                             std::chrono::milliseconds timeout = std::chrono::seconds(20));
+                             std::chrono::milliseconds timeout = std::chrono::seconds(40));
     [[nodiscard]] bool isPanelOpen();
     [[nodiscard]] bool isPanelClosed();
     /// The main window has the keyboard and shows the page of this title.

@@ -171,15 +171,25 @@ void ApplicationProjectTest::share() {
     })) << state();
 }
 
+/// The second click counts for a few seconds; where one comes too late, both are made again.
 void ApplicationProjectTest::stop() {
     const Pid server = pid();
-    ASSERT_TRUE(choose("push button", "Kill Process")) << state();
-    ASSERT_TRUE(desktop.shows([](const AccessibleTree &tree) {
-        return tree.present("push button", "Click again to confirm") != nullptr;
-    })) << state();
-    EXPECT_TRUE(isAlive(server)) << "one click stops nothing";
-    ASSERT_TRUE(choose("push button", "Click again to confirm")) << state();
-    EXPECT_TRUE(waitFor([&] { return !isAlive(server); })) << state();
+    AccessibleNode armed;
+    const auto isArmed = [&](const AccessibleTree &tree) {
+        const AccessibleNode *const button = tree.present("push button", "Click again to confirm");
+        if (button != nullptr)
+            armed = *button;
+        return button != nullptr;
+    };
+    constexpr int tries = 3;
+    for (int i = 0; i < tries && isAlive(server); ++i) {
+        ASSERT_TRUE(choose("push button", "Kill Process")) << state();
+        ASSERT_TRUE(desktop.shows(isArmed)) << state();
+        ASSERT_TRUE(isAlive(server)) << "one click stops nothing";
+        desktop.click(armed);
+        static_cast<void>(waitFor([&] { return !isAlive(server); }, std::chrono::seconds(5)));
+    }
+    EXPECT_FALSE(isAlive(server)) << state();
     EXPECT_TRUE(desktop.shows([this](const AccessibleTree &tree) {
         return tree.row(port.number()) == nullptr;
     })) << state();

@@ -39,6 +39,6 @@ private:
 
 /// Runs the event loop until `condition` holds, for at most `timeout`; whether it came to hold.
 bool waitFor(const std::function<bool()> &condition,
-             std::chrono::milliseconds timeout = std::chrono::seconds(10));
+             std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
 } // namespace tarnvale

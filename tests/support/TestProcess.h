@@ -49,7 +49,7 @@ constexpr Pid impossiblePid = 0x7fff'ffff;
 
 /// Waits until `condition` holds, for at most `timeout`; whether it came to hold.
 bool eventually(const std::function<bool()> &condition,
-                std::chrono::milliseconds timeout = std::chrono::seconds(10));
+                std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
 /// A process `pid` exists and is no zombie.
 [[nodiscard]] bool isAlive(Pid pid);
