@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over all our sources, or over some files.
+# Runs clang-tidy over all sources in src, or over some files.
 #
 #   tools/tidy.sh [FILE...]
 #
